@@ -1,0 +1,198 @@
+#include "app/Player.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "core/Clock.h"
+#include "core/ErrorReport.h"
+#include "core/Exception.h"
+#include "core/Log.h"
+#include "core/Paths.h"
+#include "core/ProgramState.h"
+#include "net/Connection.h"
+#include "platform/AsyncSocket.h"
+#include "platform/Clock.h"
+#include "platform/InstanceLock.h"
+#include "platform/Shell.h"
+#include "platform/Signals.h"
+
+namespace {
+
+constexpr auto TICK_PERIOD = std::chrono::milliseconds(100);
+constexpr std::int64_t THROTTLE_MILLISECONDS = 51;
+// Until the drawing surface brings its frame limiter, frames are paced here.
+constexpr std::int64_t STAND_IN_FRAME_NANOSECONDS = 16'000'000;
+
+// Hands whatever is being caught to the failure report, which ends the program.
+void ReportCurrentException(std::source_location Where = std::source_location::current()) {
+  try {
+    throw;
+  } catch (PROGRAM_ERROR Code) {
+    ReportProgramError(Code);
+  } catch (const TMyException& E) {
+    ReportException(E);
+  } catch (const std::exception& E) {
+    ReportException(TMyException(Where, "standard exception occurred", {}, E.what()));
+  } catch (...) {
+    ReportException(TMyException(Where, "exception occurred"));
+  }
+}
+
+// The cursor shape that the action state asks for, 0 if it asks for none.
+int CursorShapeOfAction(int ActionState) {
+  switch (ActionState) {
+    case 10:
+      return 6;
+    case 6:
+      return 5;
+    case 7:
+    case 8:
+    case 9:
+      return 4;
+    default:
+      return 0;
+  }
+}
+
+}  // namespace
+
+CPlayerApp::CPlayerApp() : m_Timer(TICK_PERIOD), m_Messages(*this) {}
+
+CPlayerApp::~CPlayerApp() = default;
+
+bool CPlayerApp::InitInstance(const std::string& CommandLine) {
+  try {
+    m_CommandLine.Parse(CommandLine);
+    InitSteps();
+    return m_Frame != nullptr;
+  } catch (...) {
+    ReportCurrentException();
+  }
+  return false;
+}
+
+void CPlayerApp::InitSteps() {
+  const bool Gamemaster = m_CommandLine.HasOption("gamemaster");
+  InitPaths(m_CommandLine.HasOption("path") ? m_CommandLine.GetValue("path") : "");
+  if (m_CommandLine.HasOption("engine")) {
+    m_ForcedEngine = std::atoi(m_CommandLine.GetValue("engine").c_str());
+  }
+  ScanErrorFile();
+
+  std::string DisplayError;
+  if (!platform::CWindow::InitDisplay("KelmoClient", DisplayError)) {
+    LogInfo("no display: " + DisplayError);
+    throw PROGRAM_ERROR::NO_X_DISPLAY;
+  }
+  platform::InstallWindowMessageBox();
+
+  m_Frame = std::make_unique<CMainFrame>(Gamemaster);
+  if (!m_Frame->Create()) {
+    m_Frame.reset();
+    return;
+  }
+  ReportSources().ReleaseDisplay = [this] {
+    if (m_Frame && m_Frame->IsOpen()) m_Frame->Window().Hide();
+  };
+  if (!Gamemaster && !platform::AcquireInstanceLock("KelmoPlayerMutex")) {
+    throw PROGRAM_ERROR::ALREADY_RUNNING;
+  }
+  RedrawNow();
+  m_Frame->Show();
+  m_MousePosition = m_Frame->Window().GetMousePosition();
+  MessageQueue().Post(MSG_ERROR_REPORT);
+}
+
+int CPlayerApp::Run() {
+  try {
+    while (m_Frame->IsOpen()) PumpOnce();
+    m_Frame.reset();
+    FinishPatchOnExit();
+  } catch (...) {
+    ReportCurrentException();
+  }
+  return 0;
+}
+
+void CPlayerApp::PumpOnce() {
+  m_Frame->Window().PumpEvents(*m_Frame);
+  if (platform::TakeCloseRequest()) m_Frame->OnCloseRequest();
+  if (!m_Frame->IsOpen()) return;
+  PollSocketEvents();
+  if (m_Timer.TakeTick(NowNanoseconds())) {
+    OnTimer();
+  } else {
+    OnIdle(0);
+  }
+}
+
+bool CPlayerApp::OnIdle(long) {
+  try {
+    m_MousePosition = m_Frame->Window().GetMousePosition();
+    const int Shape = CursorShapeOfAction(GetActionState());
+    m_Frame->ApplyCursorShape(Shape != 0 ? Shape : 1);
+    MainStep();
+  } catch (...) {
+    RethrowGuarded();
+  }
+  return true;
+}
+
+// The tick's order: tooltip, talk, automap slice, map, held button, connect
+// time-out, GUI, liveness. Each joins here as its module is built.
+void CPlayerApp::OnTimer() { AdvanceTickCounter(); }
+
+void CPlayerApp::MainStep() {
+  try {
+    m_Messages.Drain(MessageQueue());
+    RedrawNow();
+  } catch (...) {
+    // The element tree does not exist yet, so both window addresses are 0.
+    const int Type = m_Messages.CurrentType();
+    RethrowGuarded(Type != 0 ? "exception occurred (MessageType: " + std::to_string(Type) +
+                                   " MaW: 0 MoW: 0)"
+                             : "exception occurred (MaW: 0 MoW: 0 )");
+  }
+}
+
+bool CPlayerApp::CanTakeMessages() const { return m_Frame != nullptr && m_Frame->IsOpen(); }
+
+void CPlayerApp::Terminate(bool Patch) {
+  m_PatchOnExit = Patch;
+  m_Frame->Terminate();
+}
+
+void CPlayerApp::RunMainStepThrottled(bool Force) {
+  const std::int64_t Now = NowMilliseconds();
+  if (!Force && Now - m_LastThrottledRun < THROTTLE_MILLISECONDS) return;
+  m_LastThrottledRun = Now;
+  MainStep();
+}
+
+void CPlayerApp::RedrawNow() {
+  if (!m_Frame || !m_Frame->IsOpen()) return;
+  platform::CWindow& Window = m_Frame->Window();
+  if (Window.IsMinimisedOrHidden()) {
+    platform::SleepFor(std::chrono::milliseconds(10));
+    return;
+  }
+  Window.ClearAndPresent(0, 0, 0);
+  const std::int64_t Now = platform::MonotonicNanoseconds();
+  const std::int64_t Left = m_LastFrameEnd + STAND_IN_FRAME_NANOSECONDS - Now;
+  if (Left > 0) platform::SleepFor(std::chrono::milliseconds(Left / 1'000'000));
+  m_LastFrameEnd = platform::MonotonicNanoseconds();
+}
+
+void CPlayerApp::FinishPatchOnExit() {
+  if (!m_PatchOnExit) return;
+  if (FileExists(GetFileName(TFileKind::PATCHER, true)) && !ReplaceWithTemporary(TFileKind::PATCHER)) {
+    throw PROGRAM_ERROR::PATCH_NOT_RENAMED;
+  }
+  if (FileExists(GetFileName(TFileKind::ERROR_DISPLAY, true)) &&
+      !ReplaceWithTemporary(TFileKind::ERROR_DISPLAY)) {
+    throw PROGRAM_ERROR::ERROR_DISPLAY_NOT_RENAMED;
+  }
+  if (!platform::StartProgram(GetFileName(TFileKind::PATCHER, false))) {
+    throw PROGRAM_ERROR::PATCH_NOT_EXECUTED;
+  }
+}

@@ -1,0 +1,184 @@
+#include "tests/e2e/Harness.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#ifndef KELMO_DATA_DIR
+#error "KELMO_DATA_DIR must name the folder of the built data files"
+#endif
+
+extern char** environ;
+
+namespace harness {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// This process's environment with the given entries replacing or adding.
+std::vector<std::string> MergedEnvironment(const std::vector<std::string>& Extra) {
+  std::map<std::string, std::string> Entries;
+  auto Add = [&](const std::string& Entry) {
+    const size_t Equals = Entry.find('=');
+    if (Equals != std::string::npos) Entries[Entry.substr(0, Equals)] = Entry;
+  };
+  for (char** Entry = environ; *Entry != nullptr; ++Entry) Add(*Entry);
+  for (const std::string& Entry : Extra) Add(Entry);
+  std::vector<std::string> Result;
+  for (auto& [Name, Entry] : Entries) Result.push_back(Entry);
+  return Result;
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& Texts) {
+  std::vector<char*> Result;
+  for (std::string& Text : Texts) Result.push_back(Text.data());
+  Result.push_back(nullptr);
+  return Result;
+}
+
+int DecodeStatus(int Status) {
+  return WIFEXITED(Status) ? WEXITSTATUS(Status) : 128 + WTERMSIG(Status);
+}
+
+pid_t Spawn(const std::vector<std::string>& Arguments, const std::vector<std::string>& Environment,
+            const fs::path& WorkDirectory, const fs::path& ErrorFile, const fs::path& OutputFile) {
+  std::vector<std::string> Argv = Arguments;
+  std::vector<std::string> Envp = MergedEnvironment(Environment);
+  posix_spawn_file_actions_t Actions;
+  posix_spawn_file_actions_init(&Actions);
+  posix_spawn_file_actions_addchdir_np(&Actions, WorkDirectory.c_str());
+  posix_spawn_file_actions_addopen(&Actions, 0, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&Actions, 1, OutputFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+  posix_spawn_file_actions_addopen(&Actions, 2, ErrorFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+  pid_t Pid = -1;
+  const int Result = posix_spawnp(&Pid, Argv[0].c_str(), &Actions, nullptr, Pointers(Argv).data(),
+                                  Pointers(Envp).data());
+  posix_spawn_file_actions_destroy(&Actions);
+  if (Result != 0) throw std::runtime_error("cannot start " + Argv[0]);
+  return Pid;
+}
+
+fs::path UniqueTemporaryDirectory() {
+  std::string Pattern = (fs::temp_directory_path() / "kelmo-test-XXXXXX").string();
+  if (mkdtemp(Pattern.data()) == nullptr) throw std::runtime_error("mkdtemp failed");
+  return Pattern;
+}
+
+}  // namespace
+
+CTestHome::CTestHome() : m_Root(UniqueTemporaryDirectory()) {
+  for (const char* Name : {"data", "cache", "runtime", "work"}) fs::create_directories(m_Root / Name);
+  fs::permissions(m_Root / "runtime", fs::perms::owner_all);
+}
+
+CTestHome::~CTestHome() {
+  std::error_code Error;
+  fs::remove_all(m_Root, Error);
+}
+
+std::vector<std::string> CTestHome::Environment() const {
+  return {"HOME=" + m_Root.string(), "XDG_DATA_HOME=" + (m_Root / "data").string(),
+          "XDG_CACHE_HOME=" + (m_Root / "cache").string(),
+          "XDG_RUNTIME_DIR=" + (m_Root / "runtime").string()};
+}
+
+void CTestHome::InstallDataFiles() const {
+  for (const char* Name : {"Kelmo.dat", "Kelmo.spr", "Kelmo.pic"}) {
+    fs::copy_file(fs::path(KELMO_DATA_DIR) / Name, WorkDirectory() / Name,
+                  fs::copy_options::overwrite_existing);
+  }
+}
+
+CProcess::CProcess(const std::vector<std::string>& Arguments,
+                   const std::vector<std::string>& Environment, const fs::path& WorkDirectory)
+    : m_ErrorFile(UniqueTemporaryDirectory() / "stderr.txt") {
+  m_Pid = Spawn(Arguments, Environment, WorkDirectory, m_ErrorFile, "/dev/null");
+}
+
+CProcess::~CProcess() {
+  if (!m_ExitCode) {
+    Signal(SIGKILL);
+    WaitExit(5s);
+  }
+  std::error_code Error;
+  fs::remove_all(m_ErrorFile.parent_path(), Error);
+}
+
+void CProcess::Signal(int Number) const { kill(m_Pid, Number); }
+
+std::optional<int> CProcess::WaitExit(std::chrono::milliseconds Limit) {
+  WaitFor(
+      [&] {
+        int Status = 0;
+        if (waitpid(m_Pid, &Status, WNOHANG) == m_Pid) m_ExitCode = DecodeStatus(Status);
+        return m_ExitCode.has_value();
+      },
+      Limit);
+  return m_ExitCode;
+}
+
+std::string CProcess::StandardError() const { return ReadFile(m_ErrorFile); }
+
+CXServer::CXServer() {
+  int Pipe[2];
+  if (pipe(Pipe) != 0) throw std::runtime_error("pipe failed");
+  fcntl(Pipe[0], F_SETFD, FD_CLOEXEC);
+  m_Process = std::make_unique<CProcess>(
+      std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(Pipe[1]), "-screen", "0",
+                               "1024x768x24", "-nolisten", "tcp"},
+      std::vector<std::string>{}, fs::temp_directory_path());
+  close(Pipe[1]);
+  std::string Number;
+  pollfd Poll{Pipe[0], POLLIN, 0};
+  char C = 0;
+  while (poll(&Poll, 1, 10000) > 0 && read(Pipe[0], &C, 1) == 1 && C != '\n') Number += C;
+  close(Pipe[0]);
+  if (Number.empty()) throw std::runtime_error("Xvfb did not start: " + m_Process->StandardError());
+  m_Display = ":" + Number;
+}
+
+CXServer::~CXServer() {
+  m_Process->Signal(SIGTERM);
+  m_Process->WaitExit(5s);
+}
+
+bool WaitFor(const std::function<bool()>& Condition, std::chrono::milliseconds Limit) {
+  const auto Deadline = std::chrono::steady_clock::now() + Limit;
+  while (!Condition()) {
+    if (std::chrono::steady_clock::now() >= Deadline) return false;
+    std::this_thread::sleep_for(20ms);
+  }
+  return true;
+}
+
+std::string RunCommand(const std::vector<std::string>& Arguments,
+                       const std::vector<std::string>& Environment) {
+  const fs::path Directory = UniqueTemporaryDirectory();
+  const pid_t Pid = Spawn(Arguments, Environment, Directory, "/dev/null", Directory / "out.txt");
+  int Status = 0;
+  waitpid(Pid, &Status, 0);
+  std::string Output = ReadFile(Directory / "out.txt");
+  std::error_code Error;
+  fs::remove_all(Directory, Error);
+  return Output;
+}
+
+std::string ReadFile(const fs::path& Path) {
+  std::ifstream File(Path, std::ios::binary);
+  std::ostringstream Text;
+  Text << File.rdbuf();
+  return Text.str();
+}
+
+}  // namespace harness

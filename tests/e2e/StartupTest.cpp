@@ -1,0 +1,130 @@
+// The real client under a private X server: its window, its single instance,
+// and how it ends.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "tests/e2e/Harness.h"
+
+#ifndef KELMO_CLIENT
+#error "KELMO_CLIENT must name the client program"
+#endif
+
+namespace {
+
+using namespace harness;
+namespace fs = std::filesystem;
+
+class ClientTest : public ::testing::Test {
+ protected:
+  ClientTest() { Home.InstallDataFiles(); }
+
+  std::vector<std::string> Environment() const {
+    std::vector<std::string> Result = Home.Environment();
+    Result.push_back("DISPLAY=" + X.Display());
+    Result.push_back("KELMO_NONINTERACTIVE=1");
+    return Result;
+  }
+
+  std::unique_ptr<CProcess> StartClient(std::vector<std::string> Words = {}) {
+    Words.insert(Words.begin(), KELMO_CLIENT);
+    return std::make_unique<CProcess>(Words, Environment(), Home.WorkDirectory());
+  }
+
+  std::vector<std::string> ClientWindows() const {
+    std::istringstream Lines(
+        RunCommand({"xdotool", "search", "--class", "KelmoClient"}, {"DISPLAY=" + X.Display()}));
+    std::vector<std::string> Windows;
+    for (std::string Line; std::getline(Lines, Line);) {
+      if (!Line.empty()) Windows.push_back(Line);
+    }
+    return Windows;
+  }
+
+  bool WaitForWindows(size_t Count) {
+    return WaitFor([&] { return ClientWindows().size() >= Count; }, 20s);
+  }
+
+  std::string Xdotool(const std::string& Command, const std::string& Window) const {
+    return RunCommand({"xdotool", Command, Window}, {"DISPLAY=" + X.Display()});
+  }
+
+  CXServer X;
+  CTestHome Home;
+};
+
+TEST_F(ClientTest, OpensItsWindowAndEndsCleanlyOnTerminationSignal) {
+  auto Client = StartClient();
+  ASSERT_TRUE(WaitForWindows(1)) << Client->StandardError();
+  const std::string Window = ClientWindows().front();
+  EXPECT_EQ(Xdotool("getwindowname", Window), "Kelmo\n");
+  EXPECT_NE(Xdotool("getwindowgeometry", Window).find("Geometry: 800x600"), std::string::npos);
+
+  Client->Signal(SIGTERM);
+  EXPECT_EQ(Client->WaitExit(10s), 0) << Client->StandardError();
+}
+
+TEST_F(ClientTest, InterruptSignalAlsoClosesTheWindow) {
+  auto Client = StartClient();
+  ASSERT_TRUE(WaitForWindows(1)) << Client->StandardError();
+  Client->Signal(SIGINT);
+  EXPECT_EQ(Client->WaitExit(10s), 0) << Client->StandardError();
+}
+
+TEST_F(ClientTest, SecondCopyFailsUnlessGamemaster) {
+  auto First = StartClient();
+  ASSERT_TRUE(WaitForWindows(1)) << First->StandardError();
+
+  auto Second = StartClient();
+  EXPECT_EQ(Second->WaitExit(20s), 1);
+  EXPECT_NE(Second->StandardError().find("A Kelmo client is already running. (Error Code 29)"),
+            std::string::npos)
+      << Second->StandardError();
+
+  auto Gamemaster = StartClient({"gamemaster"});
+  EXPECT_TRUE(WaitForWindows(2)) << Gamemaster->StandardError();
+  Gamemaster->Signal(SIGTERM);
+  EXPECT_EQ(Gamemaster->WaitExit(10s), 0);
+  First->Signal(SIGTERM);
+  EXPECT_EQ(First->WaitExit(10s), 0);
+}
+
+TEST_F(ClientTest, MissingObjectTypesEndWithProgramErrorOne) {
+  fs::remove(Home.WorkDirectory() / "Kelmo.dat");
+  auto Client = StartClient();
+  EXPECT_EQ(Client->WaitExit(20s), 1);
+  const std::string Expected = "Cannot find file '" + (Home.WorkDirectory() / "Kelmo.dat").string() +
+                               "'. (Error Code 1)";
+  EXPECT_NE(Client->StandardError().find(Expected), std::string::npos) << Client->StandardError();
+}
+
+TEST_F(ClientTest, CrashSignalEndsInReportAndErrorFileEntry) {
+  auto Client = StartClient();
+  ASSERT_TRUE(WaitForWindows(1)) << Client->StandardError();
+  Client->Signal(SIGSEGV);
+  EXPECT_EQ(Client->WaitExit(20s), 1);
+  EXPECT_NE(Client->StandardError().find("Segmentation Fault."), std::string::npos)
+      << Client->StandardError();
+  const std::string Report = ReadFile(Home.UserDirectory() / "Error.txt");
+  EXPECT_NE(Report.find("Debug Assertion 10.53"), std::string::npos) << Report;
+  EXPECT_NE(Report.find("Segmentation Fault."), std::string::npos) << Report;
+}
+
+TEST_F(ClientTest, ErrorFileOfAnEarlierRunIsOfferedAtStart) {
+  fs::create_directories(Home.UserDirectory());
+  std::ofstream(Home.UserDirectory() / "Error.txt")
+      << "+" << std::string(63, '-') << "\nDebug Assertion 10.53 earlier failure\n"
+      << "Mon Nov 23 00:00:00 2026\nGraphic Engine: OpenGL\n" << std::string(64, '-') << "\n";
+  auto Client = StartClient();
+  ASSERT_TRUE(WaitForWindows(1)) << Client->StandardError();
+  EXPECT_TRUE(WaitFor(
+      [&] { return Client->StandardError().find("MSG_ERROR_REPORT (47)") != std::string::npos; }, 10s))
+      << Client->StandardError();
+  Client->Signal(SIGTERM);
+  EXPECT_EQ(Client->WaitExit(10s), 0);
+}
+
+}  // namespace
