@@ -23,7 +23,7 @@ constexpr int COMMANDS_PER_PACKET = 12;
 void AppendCommand(std::vector<std::uint8_t>& Payload, int Index) {
   const std::uint8_t Command[] = {0x6A, 0x10, 0x7D, 0x20, 0x7D, 0x07,
                                   static_cast<std::uint8_t>(Index), 0x0B, 0x00, 0x00,
-                                  9,    0,    'K',  'e',  'l',  'm', 'o', ' ', 'b', 'e', 'n', 'c'};
+                                  10,   0,    'K',  'e',  'l',  'm', 'o', ' ', 'b', 'e', 'n', 'c'};
   Payload.insert(Payload.end(), std::begin(Command), std::end(Command));
 }
 

@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr int FUZZ_KEY_SIZE = 16;
+
 // The module lives for one input, whatever becomes of it.
 struct TNetworkSession {
   explicit TNetworkSession(bool Plain) {

@@ -8,8 +8,5 @@
 // stream arrives (0: all at once); the rest is the stream. Every command's
 // fields are read by its type (type % 9: none, u8, u16, u32, u64, string,
 // new string, double, three bytes). Returns the number of commands read, or
-// -1 if the stream failed.
+// -1 if the stream failed. The session key is the bytes 0 to 15.
 int ReadPacketStream(const std::uint8_t* Data, std::size_t Size);
-
-// The fuzzer's session key: the bytes 0 to 15.
-constexpr int FUZZ_KEY_SIZE = 16;

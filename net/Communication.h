@@ -80,8 +80,8 @@ struct TConnectionHooks {
 };
 void SetConnectionHooks(const TConnectionHooks& Hooks);
 
-// Where the padding of enciphered packets comes from; the C runtime's
-// generator until another source is set.
+// Where the padding of enciphered packets comes from: the C runtime's
+// generator until another source is set, and again after null.
 void SetPaddingSource(std::uint8_t (*Source)());
 
 // The 16 bytes of the session key for both directions; null keeps the key.

@@ -1,10 +1,9 @@
 #pragma once
 // A non-blocking stream socket whose events are delivered on the thread that
-// calls PollSocketEvents: the connect result once, data available again on each
-// poll while unread data remain (a waiting peer, for a listening socket), and
-// the close once. The peer's close is
-// reported as soon as it is seen, even with data still unread: an owner that
-// wants them reads them in OnClose.
+// calls PollSocketEvents: the connect result once; data available on every poll
+// while unread data remain (for a listening socket: a peer waiting); the close
+// once. The peer's close is reported as soon as it is seen, even with data
+// still unread: an owner that wants them reads them in OnClose.
 #include <cstdint>
 
 class CAsyncSocket {

@@ -1,7 +1,8 @@
 #!/bin/sh
 # Builds Kelmo twice, plain and with AddressSanitizer + UndefinedBehaviorSanitizer,
 # and runs every test: the unit tests under the sanitizers, then all tests of the
-# plain build (unit, integration, e2e under Xvfb). Ends with CTest's summary.
+# plain build (unit, integration, e2e under Xvfb; benchmarks are run by hand).
+# Ends with CTest's summary.
 set -eu
 cd "$(dirname "$0")/.."
 tools/setup-debian.sh
@@ -14,4 +15,4 @@ ctest --test-dir build-asan -L unit -j "$jobs" --output-on-failure
 
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build build
-ctest --test-dir build -j "$jobs" --output-on-failure
+ctest --test-dir build -j "$jobs" --output-on-failure -LE benchmark

@@ -28,17 +28,17 @@ TEST(ReadBuffer, ReadsLittleEndianIntegers) {
 }
 
 TEST(ReadBuffer, EachWidthFailsOnePastItsBoundWithItsText) {
-  const std::vector<std::uint8_t> Bytes(7, 0);
+  const std::vector<std::uint8_t> Bytes(9, 0);
   struct TCase {
     int Position;
     std::string Text;
     void (*Read)(TReadBuffer&);
   };
   const TCase Cases[] = {
-      {7, "Position<=Size-1", [](TReadBuffer& R) { R.ReadU8(); }},
-      {6, "Position<=Size-2", [](TReadBuffer& R) { R.ReadU16(); }},
-      {4, "Position<=Size-4", [](TReadBuffer& R) { R.ReadU32(); }},
-      {0, "Position <= Size - 8", [](TReadBuffer& R) { R.ReadU64(); }},
+      {9, "Position<=Size-1", [](TReadBuffer& R) { R.ReadU8(); }},
+      {8, "Position<=Size-2", [](TReadBuffer& R) { R.ReadU16(); }},
+      {6, "Position<=Size-4", [](TReadBuffer& R) { R.ReadU32(); }},
+      {2, "Position <= Size - 8", [](TReadBuffer& R) { R.ReadU64(); }},
   };
   for (const TCase& Case : Cases) {
     TReadBuffer Reader = Over(Bytes);

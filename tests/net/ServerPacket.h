@@ -53,9 +53,9 @@ inline std::vector<std::uint8_t> ServerPacket(std::span<const std::uint8_t> Payl
   return Packet;
 }
 
-inline std::vector<std::uint8_t> Joined(std::initializer_list<std::vector<std::uint8_t>> Parts) {
+inline std::vector<std::uint8_t> Joined(std::initializer_list<std::vector<std::uint8_t>> Pieces) {
   std::vector<std::uint8_t> All;
-  for (const auto& Part : Parts) All.insert(All.end(), Part.begin(), Part.end());
+  for (const auto& Piece : Pieces) All.insert(All.end(), Piece.begin(), Piece.end());
   return All;
 }
 

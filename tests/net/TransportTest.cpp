@@ -321,6 +321,68 @@ TEST_F(Transport, NullSessionKeyKeepsTheKey) {
   EXPECT_EQ(NextCommandType(), 0x1E);
 }
 
+// ---- Socket notifications and the connection layer's hooks
+
+struct TCalls {
+  int LookUpsCancelled = 0;
+  int Closes = 0;
+  std::vector<int> Failures;
+};
+TCalls Calls;
+
+void NoConnect() { ADD_FAILURE() << "no connect expected"; }
+void NoReceive() { ADD_FAILURE() << "no packet expected"; }
+void CountClose() { ++Calls.Closes; }
+void CountLookUpCancel() { ++Calls.LookUpsCancelled; }
+void NoteFailure(int ErrorCode) { Calls.Failures.push_back(ErrorCode); }
+
+TEST_F(Transport, CloseCancelsALookUpWhenForcedOrResolving) {
+  Calls = {};
+  SetConnectionHooks({nullptr, CountLookUpCancel, nullptr});
+  CloseConnection(false);
+  EXPECT_EQ(Calls.LookUpsCancelled, 0);
+  CloseConnection(true);
+  EXPECT_EQ(Calls.LookUpsCancelled, 1);
+  for (const int State : {RESOLVING_ADMIN, RESOLVING_GAME}) {
+    SetConnectionState(State);
+    CloseConnection(false);
+  }
+  EXPECT_EQ(Calls.LookUpsCancelled, 3);
+}
+
+TEST_F(Transport, ReceiveErrorGoesToTheFailurePathThenCloses) {
+  Calls = {};
+  SetNetworkHandlers(NoConnect, NoReceive, CountClose);
+  SetConnectionHooks({nullptr, nullptr, NoteFailure});
+  ASSERT_EQ(CreatePlayerSocket(), 0);
+  GetPlayerSocket()->OnReceive(104);
+  EXPECT_EQ(Calls.Failures, std::vector<int>{104});
+  EXPECT_EQ(Calls.Closes, 1);
+  EXPECT_EQ(GetPlayerSocket(), nullptr);
+}
+
+TEST_F(Transport, DefaultFailurePathClosesTheSocketItWasCalledFrom) {
+  Calls = {};
+  SetNetworkHandlers(NoConnect, NoReceive, CountClose);
+  ASSERT_EQ(CreatePlayerSocket(), 0);
+  GetPlayerSocket()->OnReceive(104);
+  EXPECT_EQ(GetPlayerSocket(), nullptr);
+  EXPECT_EQ(GetPlayerSocketPointerStatus(), SOCKET_CLOSED);
+  EXPECT_EQ(Calls.Closes, 1);
+}
+
+TEST_F(Transport, NewSocketReplacesTheOldOne) {
+  ASSERT_EQ(CreatePlayerSocket(), 0);
+  const CPlayerSocket* First = GetPlayerSocket();
+  ASSERT_NE(First, nullptr);
+  ASSERT_EQ(CreatePlayerSocket(), 0);
+  EXPECT_NE(GetPlayerSocket(), nullptr);
+  EXPECT_EQ(GetPlayerSocketPointerStatus(), SOCKET_CREATED);
+  CloseConnection(false);
+  EXPECT_EQ(GetPlayerSocket(), nullptr);
+  EXPECT_EQ(GetPlayerSocketPointerStatus(), SOCKET_CLOSED);
+}
+
 TEST_F(Transport, ModuleIsReportedAndGone) {
   EXPECT_EQ(GetPlayerSocketPointerStatus(), NETWORK_STARTED);
   EXPECT_TRUE(static_cast<bool>(ReportSources().CloseSocket));
