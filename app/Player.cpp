@@ -23,21 +23,6 @@ constexpr std::int64_t THROTTLE_MILLISECONDS = 51;
 // Until the drawing surface brings its frame limiter, frames are paced here.
 constexpr std::int64_t STAND_IN_FRAME_NANOSECONDS = 16'000'000;
 
-// Hands whatever is being caught to the failure report, which ends the program.
-void ReportCurrentException(std::source_location Where = std::source_location::current()) {
-  try {
-    throw;
-  } catch (PROGRAM_ERROR Code) {
-    ReportProgramError(Code);
-  } catch (const TMyException& E) {
-    ReportException(E);
-  } catch (const std::exception& E) {
-    ReportException(TMyException(Where, "standard exception occurred", {}, E.what()));
-  } catch (...) {
-    ReportException(TMyException(Where, "exception occurred"));
-  }
-}
-
 // The cursor shape that the action state asks for, 0 if it asks for none.
 int CursorShapeOfAction(int ActionState) {
   switch (ActionState) {

@@ -329,6 +329,20 @@ void ReportException(const std::exception& Exception) {
   FailureDialog(CRITICAL_ERROR_TEXT, "Kelmo Error - Debug Assertion");
 }
 
+void ReportCurrentException(std::source_location Where) {
+  try {
+    throw;
+  } catch (PROGRAM_ERROR Code) {
+    ReportProgramError(Code);
+  } catch (const TMyException& E) {
+    ReportException(E);
+  } catch (const std::exception& E) {
+    ReportException(TMyException(Where, "standard exception occurred", {}, E.what()));
+  } catch (...) {
+    ReportException(TMyException(Where, "exception occurred"));
+  }
+}
+
 void ReportCrash(PROGRAM_ERROR Code, const std::string& Description) {
   // A crash on the way out of a report can't return into the fault.
   if (!BeginReport()) EndProcess();

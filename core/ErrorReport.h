@@ -7,6 +7,7 @@
 #include <functional>
 #include <iosfwd>
 #include <optional>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -58,6 +59,10 @@ void ReportException(const std::exception& Exception);
 // The handler for platform::InstallCrashSignals: SIGSEGV is program error 34,
 // SIGBUS 35; the entry tells the kind of access and the address.
 [[noreturn]] void ReportCrashSignal(int Signal, const void* Address, bool Write);
+// For a catch (...) block at the top of the program: reports whatever is being
+// caught with the function that fits it, and so ends the program (unless a
+// report was made before).
+void ReportCurrentException(std::source_location Where = std::source_location::current());
 // Releases socket and display, shows the box, ends with exit code 1.
 [[noreturn]] void FailureDialog(const std::string& Text, const std::string& Title);
 

@@ -243,3 +243,33 @@ TEST_F(ErrorReportDeathTest, ProgramErrorAfterAReportShowsNothing) {
 }
 
 }  // namespace
+
+namespace {
+
+using CaughtExceptionDeathTest = TTestDirectory;
+
+[[noreturn]] void ThrowAndReport(const std::function<void()>& Throw) {
+  try {
+    Throw();
+  } catch (...) {
+    ReportCurrentException();
+  }
+  std::_Exit(3);
+}
+
+TEST_F(CaughtExceptionDeathTest, StandardExceptionIsReportedAsSuch) {
+  EXPECT_EXIT(ThrowAndReport([] { throw std::out_of_range("index 7"); }), ExitedWithCode(1),
+              OneCriticalBox());
+  const std::vector<std::string> Lines = ReadLines(ErrorFile());
+  ASSERT_GE(Lines.size(), 2u);
+  EXPECT_THAT(Lines[1], testing::StartsWith("Debug Assertion 10.53 "));
+  EXPECT_THAT(Lines[1], testing::HasSubstr("standard exception occurred, reason: index 7"));
+}
+
+TEST_F(CaughtExceptionDeathTest, ProgramErrorShowsItsBoxWithoutAnEntry) {
+  EXPECT_EXIT(ThrowAndReport([] { throw PROGRAM_ERROR::ALREADY_RUNNING; }), ExitedWithCode(1),
+              testing::HasSubstr("[Kelmo Error] A Kelmo client is already running. (Error Code 29)"));
+  EXPECT_FALSE(std::filesystem::exists(ErrorFile()));
+}
+
+}  // namespace

@@ -348,10 +348,8 @@ class TransportFault : public testing::Test {
         Server.Send(ServerBytes);
         Sent = true;
       }
-    } catch (PROGRAM_ERROR E) {
-      ReportProgramError(E);
-    } catch (const std::exception& E) {
-      ReportException(E);
+    } catch (...) {
+      ReportCurrentException();
     }
   }
   std::_Exit(3);
