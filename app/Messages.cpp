@@ -2,12 +2,14 @@
 
 #include <string>
 
+#include "app/AutoLogin.h"
 #include "core/ErrorReport.h"
 #include "core/Exception.h"
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/ProgramState.h"
 #include "net/Connection.h"
+#include "net/Login.h"
 #include "platform/MessageBox.h"
 #include "platform/Shell.h"
 
@@ -28,6 +30,7 @@ void CMessageHandler::Drain(CMessageQueue& Queue) {
   while (m_Host.CanTakeMessages() && !Queue.IsEmpty()) {
     TMessage Message = Queue.Take();
     m_CurrentType = Message.Type;
+    if (m_Observer) m_Observer(Message);
     const bool GoOn = Handle(Queue, Message);
     m_LastHandledType = m_CurrentType;
     m_CurrentType = 0;
@@ -41,6 +44,32 @@ bool CMessageHandler::Handle(CMessageQueue& Queue, TMessage& Message) {
     case MSG_FORMATBOX:
       platform::MessageBox(TextOf(Message.Data1), TextOf(Message.Data2),
                            platform::TBoxIcon::INFORMATION);
+      return true;
+    case MSG_WAIT_CHARACTERLIST:
+      LogInfo("Connecting: Your character list is being loaded. Please wait.");
+      return true;
+    case MSG_WAIT_GAMEWORLD:
+      LogInfo("Connecting: Connecting to the game world. Please wait.");
+      return true;
+    case MSG_SERVER_NOT_RESPONDING:
+      if (IsServerSilent()) LogInfo("Game Server not responding. Please wait.");
+      return true;
+    case MSG_SELECT_CHARACTER:
+      if (!ChooseAutoLoginCharacter()) Postpone(Message);
+      return true;
+    case MSG_MOTD:
+      platform::MessageBox("Message of the Day",
+                           GetMessageOfTheDay().empty() ? "No current information." : GetMessageOfTheDay(),
+                           platform::TBoxIcon::INFORMATION);
+      return true;
+    case MSG_CONNECT_LOGIN:
+      HandleConnectLogin();
+      return true;
+    case MSG_CONNECT_GAME:
+      HandleConnectGame();
+      return true;
+    case MSG_RECONNECT:
+      HandleReconnect();
       return true;
     case MSG_ERROR_REPORT:
       if (!GetErrorEntries().empty()) Postpone(Message);

@@ -1,6 +1,8 @@
 #pragma once
 // The main step's part of the internal queue: it takes messages in order and
 // carries out what each one asks for.
+#include <functional>
+
 #include "core/MessageQueue.h"
 
 // What the handler needs from the application.
@@ -22,6 +24,8 @@ class CMessageHandler {
   void Drain(CMessageQueue& Queue);
   // The type being handled, 0 between messages: failure reports name it.
   int CurrentType() const { return m_CurrentType; }
+  // Sees every message as it is taken, before it is handled.
+  void SetObserver(std::function<void(const TMessage&)> Observer) { m_Observer = std::move(Observer); }
 
  private:
   // False if the message ends the drain.
@@ -29,6 +33,7 @@ class CMessageHandler {
   void Postpone(const TMessage& Message);
 
   IMessageHost& m_Host;
+  std::function<void(const TMessage&)> m_Observer;
   int m_CurrentType = 0;
   int m_LastHandledType = 0;
 };

@@ -9,9 +9,13 @@
 #include "core/Log.h"
 #include "core/Paths.h"
 #include "core/ProgramState.h"
+#include "app/AutoLogin.h"
+#include "app/MainLoop.h"
+#include "net/ClientHooks.h"
+#include "net/Commands.h"
 #include "net/Connection.h"
-#include "platform/AsyncSocket.h"
 #include "platform/Clock.h"
+#include "platform/CrashSignals.h"
 #include "platform/InstanceLock.h"
 #include "platform/Shell.h"
 #include "platform/Signals.h"
@@ -82,10 +86,12 @@ void CPlayerApp::InitSteps() {
   if (!Gamemaster && !platform::AcquireInstanceLock("KelmoPlayerMutex")) {
     throw PROGRAM_ERROR::ALREADY_RUNNING;
   }
+  InstallClientHooks();
   RedrawNow();
   m_Frame->Show();
   m_MousePosition = m_Frame->Window().GetMousePosition();
   MessageQueue().Post(MSG_ERROR_REPORT);
+  StartAutoLogin();
 }
 
 int CPlayerApp::Run() {
@@ -101,9 +107,10 @@ int CPlayerApp::Run() {
 
 void CPlayerApp::PumpOnce() {
   m_Frame->Window().PumpEvents(*m_Frame);
+  if (const int Signal = platform::TakeSentCrashSignal()) ReportCrashSignal(Signal, nullptr, false);
   if (platform::TakeCloseRequest()) m_Frame->OnCloseRequest();
   if (!m_Frame->IsOpen()) return;
-  PollSocketEvents();
+  PollNetwork();
   if (m_Timer.TakeTick(NowNanoseconds())) {
     OnTimer();
   } else {
@@ -123,9 +130,13 @@ bool CPlayerApp::OnIdle(long) {
   return true;
 }
 
-// The tick's order: tooltip, talk, automap slice, map, held button, connect
-// time-out, GUI, liveness. Each joins here as its module is built.
-void CPlayerApp::OnTimer() { AdvanceTickCounter(); }
+void CPlayerApp::OnTimer() {
+  try {
+    RunTimerTick();
+  } catch (...) {
+    RethrowGuarded();
+  }
+}
 
 void CPlayerApp::MainStep() {
   try {
@@ -145,6 +156,20 @@ bool CPlayerApp::CanTakeMessages() const { return m_Frame != nullptr && m_Frame-
 void CPlayerApp::Terminate(bool Patch) {
   m_PatchOnExit = Patch;
   m_Frame->Terminate();
+}
+
+// Until the main window and the status module exist, the game view is a flag
+// and the tactics are their starting values.
+void CPlayerApp::InstallClientHooks() {
+  TClientHooks& Hooks = ClientHooks();
+  Hooks.SetTitle = [this](const std::string& Name) {
+    if (m_Frame->IsOpen()) m_Frame->Window().SetTitle(Name.empty() ? "Kelmo" : "Kelmo - " + Name);
+  };
+  Hooks.RedrawNow = [this] { RedrawNow(); };
+  Hooks.IsGameView = [this] { return m_GameView; };
+  Hooks.EnterGameView = [this](std::uint32_t) { m_GameView = true; };
+  Hooks.LeaveGameView = [this] { m_GameView = false; };
+  Hooks.SendTactics = [] { SendSetTactics(2, 0, 1, 0); };
 }
 
 void CPlayerApp::RunMainStepThrottled(bool Force) {

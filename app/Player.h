@@ -33,6 +33,7 @@ class CPlayerApp : public IMessageHost {
   void Terminate(bool Patch) override;
 
   void InitSteps();
+  void InstallClientHooks();
   void PumpOnce();
   void FinishPatchOnExit();
 
@@ -45,4 +46,5 @@ class CPlayerApp : public IMessageHost {
   std::int64_t m_LastFrameEnd = 0;
   int m_ForcedEngine = -1;
   bool m_PatchOnExit = false;
+  bool m_GameView = false;
 };

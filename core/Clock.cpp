@@ -43,23 +43,23 @@ CStopwatch::CStopwatch(EStopwatchResolution Resolution) : m_Resolution(Resolutio
 
 void CStopwatch::reset() {
   m_Running = false;
-  m_Accumulated = 0;
+  m_Reading = 0;
 }
 
+// Each start begins a new measurement.
 void CStopwatch::start() {
-  if (m_Running) return;
   m_StartedAt = NowNanoseconds();
   m_Running = true;
 }
 
 void CStopwatch::stop() {
   if (!m_Running) return;
-  m_Accumulated += NowNanoseconds() - m_StartedAt;
+  m_Reading = NowNanoseconds() - m_StartedAt;
   m_Running = false;
 }
 
 std::int64_t CStopwatch::ElapsedNanoseconds() const {
-  return m_Accumulated + (m_Running ? NowNanoseconds() - m_StartedAt : 0);
+  return m_Running ? NowNanoseconds() - m_StartedAt : m_Reading;
 }
 
 std::int64_t CStopwatch::elapsed() const {

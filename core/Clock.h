@@ -49,7 +49,8 @@ class TStopwatchBase {
   virtual std::int64_t getResolutionTick() const = 0;
 };
 
-// Measures in its resolution's ticks. A stopped watch keeps its reading.
+// Measures in its resolution's ticks from the last start. A stopped watch
+// keeps its reading.
 class CStopwatch : public TStopwatchBase {
  public:
   explicit CStopwatch(EStopwatchResolution Resolution);
@@ -66,5 +67,5 @@ class CStopwatch : public TStopwatchBase {
   EStopwatchResolution m_Resolution;
   bool m_Running = false;
   std::int64_t m_StartedAt = 0;
-  std::int64_t m_Accumulated = 0;
+  std::int64_t m_Reading = 0;
 };

@@ -8,6 +8,8 @@
 
 #include <cerrno>
 
+#include "platform/SocketErrors.h"
+
 namespace {
 
 // Head of the list of live sockets. Being a plain pointer, it outlives every
@@ -38,37 +40,37 @@ CAsyncSocket::~CAsyncSocket() {
 int CAsyncSocket::Create() {
   Close();
   m_Socket = ::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  return m_Socket < 0 ? errno : 0;
+  return m_Socket < 0 ? platform::SocketErrorNumber(errno) : 0;
 }
 
 int CAsyncSocket::Connect(const char* DottedAddress, std::uint16_t Port) {
-  if (m_Socket < 0) return EBADF;
+  if (m_Socket < 0) return platform::SocketErrorNumber(EBADF);
   sockaddr_in Address{};
-  if (!ParseAddress(DottedAddress, Port, Address)) return EINVAL;
+  if (!ParseAddress(DottedAddress, Port, Address)) return platform::SocketErrorNumber(EINVAL);
   if (::connect(m_Socket, reinterpret_cast<const sockaddr*>(&Address), sizeof Address) != 0 &&
       errno != EINPROGRESS)
-    return errno;
+    return platform::SocketErrorNumber(errno);
   m_Phase = TPhase::CONNECTING;
   return 0;
 }
 
 int CAsyncSocket::Listen(const char* DottedAddress, std::uint16_t Port) {
-  if (m_Socket < 0) return EBADF;
+  if (m_Socket < 0) return platform::SocketErrorNumber(EBADF);
   sockaddr_in Address{};
-  if (!ParseAddress(DottedAddress, Port, Address)) return EINVAL;
+  if (!ParseAddress(DottedAddress, Port, Address)) return platform::SocketErrorNumber(EINVAL);
   const int Reuse = 1;
   ::setsockopt(m_Socket, SOL_SOCKET, SO_REUSEADDR, &Reuse, sizeof Reuse);
   if (::bind(m_Socket, reinterpret_cast<const sockaddr*>(&Address), sizeof Address) != 0 ||
       ::listen(m_Socket, SOMAXCONN) != 0)
-    return errno;
+    return platform::SocketErrorNumber(errno);
   m_Phase = TPhase::LISTENING;
   return 0;
 }
 
 int CAsyncSocket::Accept(CAsyncSocket& Connection) {
-  if (m_Phase != TPhase::LISTENING) return EINVAL;
+  if (m_Phase != TPhase::LISTENING) return platform::SocketErrorNumber(EINVAL);
   const int Accepted = ::accept4(m_Socket, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
-  if (Accepted < 0) return errno;
+  if (Accepted < 0) return platform::SocketErrorNumber(errno);
   Connection.Close();
   Connection.m_Socket = Accepted;
   Connection.m_Phase = TPhase::OPEN;
@@ -128,8 +130,9 @@ short CAsyncSocket::WantedEvents() const {
 int CAsyncSocket::PendingError() const {
   int Error = 0;
   socklen_t Length = sizeof Error;
-  if (::getsockopt(m_Socket, SOL_SOCKET, SO_ERROR, &Error, &Length) != 0) return errno;
-  return Error;
+  if (::getsockopt(m_Socket, SOL_SOCKET, SO_ERROR, &Error, &Length) != 0)
+    return platform::SocketErrorNumber(errno);
+  return platform::SocketErrorNumber(Error);
 }
 
 // The phase changes before the callback, which may delete this socket.

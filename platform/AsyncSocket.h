@@ -15,7 +15,7 @@ class CAsyncSocket {
   CAsyncSocket(const CAsyncSocket&) = delete;
   CAsyncSocket& operator=(const CAsyncSocket&) = delete;
 
-  // Each returns 0 or the system's error number. A connect that is still
+  // Each returns 0 or the socket error number (platform/SocketErrors.h). A connect that is still
   // running counts as success; OnConnect tells its result.
   int Create();
   int Connect(const char* DottedAddress, std::uint16_t Port);

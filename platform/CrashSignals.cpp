@@ -19,6 +19,7 @@ struct TCrashSignals {
   TCrashHandler Handler = nullptr;
   std::vector<std::byte> Stack;
   volatile sig_atomic_t Entered = 0;
+  volatile sig_atomic_t SentSignal = 0;
 };
 
 TCrashSignals& Crash() {
@@ -40,8 +41,18 @@ bool IsWriteFault(int Signal, const siginfo_t* Info, const void* Context) {
 #endif
 }
 
+// Sent by another process: no instruction of ours faulted, and the loop may
+// be anywhere (inside the allocator, say), so the report waits for the loop.
+bool SentByAnotherProcess(const siginfo_t* Info) {
+  return Info->si_code == SI_USER && Info->si_pid != getpid();
+}
+
 void OnCrashSignal(int Signal, siginfo_t* Info, void* Context) {
   TCrashSignals& State = Crash();
+  if (SentByAnotherProcess(Info)) {
+    State.SentSignal = Signal;
+    return;
+  }
   // A fault inside the report itself: nothing more can be done safely.
   if (State.Entered != 0) _exit(1);
   State.Entered = 1;
@@ -53,6 +64,12 @@ void OnCrashSignal(int Signal, siginfo_t* Info, void* Context) {
 }
 
 }  // namespace
+
+int TakeSentCrashSignal() {
+  const int Signal = Crash().SentSignal;
+  Crash().SentSignal = 0;
+  return Signal;
+}
 
 bool InstallCrashSignals(TCrashHandler Handler) {
   TCrashSignals& State = Crash();

@@ -14,4 +14,8 @@ using TCrashHandler = void (*)(int Signal, const void* Address, bool Write);
 // thread). False if the platform refused the alternate stack or a signal.
 [[nodiscard]] bool InstallCrashSignals(TCrashHandler Handler);
 
+// A crash signal sent by another process is not handled inside the signal
+// handler: the loop takes it here (0 if none came) and reports it itself.
+int TakeSentCrashSignal();
+
 }  // namespace platform

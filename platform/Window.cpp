@@ -139,6 +139,9 @@ SDL_Cursor* MakeOwnCursor(bool Lens) {
 bool CWindow::InitDisplay(const std::string& ClassName, std::string& Error) {
   // The X11 window class comes from this variable; tests find the window by it.
   setenv("SDL_VIDEO_X11_WMCLASS", ClassName.c_str(), 1);
+  // The window's own pixels go to the screen directly; an accelerated
+  // presentation would make SDL re-create the window behind our back.
+  SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
   if (SDL_Init(SDL_INIT_VIDEO) != 0) {
     Error = SDL_GetError();
     return false;

@@ -39,7 +39,8 @@ class CTestHome {
 class CProcess {
  public:
   // Starts Arguments[0] with the extra environment entries ("NAME=value") on
-  // top of this process's, in WorkDirectory, with its standard error in a file.
+  // top of this process's, in WorkDirectory, with its standard output and
+  // standard error in files.
   CProcess(const std::vector<std::string>& Arguments, const std::vector<std::string>& Environment,
            const std::filesystem::path& WorkDirectory);
   ~CProcess();
@@ -50,11 +51,13 @@ class CProcess {
   void Signal(int Number) const;
   // The exit code, or 128 + signal number, once the process has ended.
   std::optional<int> WaitExit(std::chrono::milliseconds Limit);
+  std::string StandardOutput() const;
   std::string StandardError() const;
 
  private:
   pid_t m_Pid = -1;
   std::optional<int> m_ExitCode;
+  std::filesystem::path m_OutputFile;
   std::filesystem::path m_ErrorFile;
 };
 
@@ -66,6 +69,8 @@ class CXServer {
   const std::string& Display() const { return m_Display; }
 
  private:
+  bool StartOn(const std::string& Display);
+
   std::unique_ptr<CProcess> m_Process;
   std::string m_Display;
 };

@@ -1,4 +1,4 @@
-#include "tests/e2e/Harness.h"
+#include "tests/support/Harness.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
+#include <random>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -103,7 +104,8 @@ void CTestHome::InstallDataFiles() const {
 CProcess::CProcess(const std::vector<std::string>& Arguments,
                    const std::vector<std::string>& Environment, const fs::path& WorkDirectory)
     : m_ErrorFile(UniqueTemporaryDirectory() / "stderr.txt") {
-  m_Pid = Spawn(Arguments, Environment, WorkDirectory, m_ErrorFile, "/dev/null");
+  m_OutputFile = m_ErrorFile.parent_path() / "stdout.txt";
+  m_Pid = Spawn(Arguments, Environment, WorkDirectory, m_ErrorFile, m_OutputFile);
 }
 
 CProcess::~CProcess() {
@@ -128,15 +130,30 @@ std::optional<int> CProcess::WaitExit(std::chrono::milliseconds Limit) {
   return m_ExitCode;
 }
 
+std::string CProcess::StandardOutput() const { return ReadFile(m_OutputFile); }
 std::string CProcess::StandardError() const { return ReadFile(m_ErrorFile); }
 
+// Xvfb's own choice of a free display races when tests start servers at the
+// same moment, so each server gets a random display number of its own and
+// another one if that number is taken.
 CXServer::CXServer() {
+  std::random_device Seed;
+  std::uniform_int_distribution<int> Numbers(100, 30000);
+  for (int Attempt = 0; Attempt < 20 && m_Display.empty(); ++Attempt) {
+    const std::string Display = ":" + std::to_string(Numbers(Seed));
+    if (StartOn(Display)) m_Display = Display;
+  }
+  if (m_Display.empty()) throw std::runtime_error("Xvfb did not start: " + m_Process->StandardError());
+}
+
+// Xvfb writes the display number to the descriptor once it accepts clients.
+bool CXServer::StartOn(const std::string& Display) {
   int Pipe[2];
   if (pipe(Pipe) != 0) throw std::runtime_error("pipe failed");
   fcntl(Pipe[0], F_SETFD, FD_CLOEXEC);
   m_Process = std::make_unique<CProcess>(
-      std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(Pipe[1]), "-screen", "0",
-                               "1024x768x24", "-nolisten", "tcp"},
+      std::vector<std::string>{"Xvfb", Display, "-displayfd", std::to_string(Pipe[1]), "-screen",
+                               "0", "1024x768x24", "-nolisten", "tcp"},
       std::vector<std::string>{}, fs::temp_directory_path());
   close(Pipe[1]);
   std::string Number;
@@ -144,8 +161,7 @@ CXServer::CXServer() {
   char C = 0;
   while (poll(&Poll, 1, 10000) > 0 && read(Pipe[0], &C, 1) == 1 && C != '\n') Number += C;
   close(Pipe[0]);
-  if (Number.empty()) throw std::runtime_error("Xvfb did not start: " + m_Process->StandardError());
-  m_Display = ":" + Number;
+  return !Number.empty() && ":" + Number == Display;
 }
 
 CXServer::~CXServer() {

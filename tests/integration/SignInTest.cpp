@@ -1,0 +1,241 @@
+// The client's connection code against the real local server on loopback:
+// sign-in, host rotation, refusals, and a server that falls silent. The loop
+// is the client's own without a window; time-outs run on an injected clock.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <filesystem>
+#include <memory>
+#include <regex>
+#include <sstream>
+
+#include "app/AutoLogin.h"
+#include "app/MainLoop.h"
+#include "app/Messages.h"
+#include "core/Clock.h"
+#include "core/Paths.h"
+#include "core/ProgramState.h"
+#include "net/AccountManager.h"
+#include "net/Communication.h"
+#include "net/Connection.h"
+#include "net/Login.h"
+#include "net/Random.h"
+#include "platform/AsyncSocket.h"
+#include "platform/MessageBox.h"
+#include "tests/support/Harness.h"
+
+#ifndef KELMO_SERVER
+#error "KELMO_SERVER must name the local server program"
+#endif
+
+namespace {
+
+using namespace harness;
+namespace fs = std::filesystem;
+
+struct TBox {
+  std::string Title;
+  std::string Text;
+};
+
+class SignInTest : public ::testing::Test, public IMessageHost {
+ protected:
+  SignInTest() {
+    for (const std::string& Entry : Home.Environment()) {
+      const size_t Equals = Entry.find('=');
+      setenv(Entry.substr(0, Equals).c_str(), Entry.substr(Equals + 1).c_str(), 1);
+    }
+    unsetenv("KELMO_NONINTERACTIVE");
+    unsetenv("KELMO_AUTOLOGIN");
+    unsetenv("KELMO_LOGIN_HOSTS");
+    InitPaths("");
+    Clock = std::make_shared<TManualClock>();
+    SetClockSource(Clock);
+    platform::SetMessageBoxHandler([this](const std::string& Title, const std::string& Text,
+                                          platform::TBoxIcon) { Boxes.push_back({Title, Text}); });
+    Handler.SetObserver([this](const TMessage& Message) { Taken.push_back(Message.Type); });
+    ResetProgramState();
+    MessageQueue().Clear();
+  }
+
+  ~SignInTest() override {
+    ExitLogin();
+    ExitConnection();
+    ExitNetwork();
+    ExitRandom();
+    platform::SetMessageBoxHandler(nullptr);
+    SetClockSource(nullptr);
+    MessageQueue().Clear();
+    TAccountManager::getInstance().clearCharacters();
+  }
+
+  bool CanTakeMessages() const override { return true; }
+  void Terminate(bool) override {}
+
+  // Starts the server with the given faults and waits for its two ports.
+  void StartServer(const std::vector<std::string>& Faults = {}) {
+    std::vector<std::string> Words = {KELMO_SERVER, "--login-port", "0", "--game-port", "0",
+                                      "--log", (Home.Root() / "server.log").string()};
+    for (const std::string& Fault : Faults) {
+      Words.push_back("--fault");
+      Words.push_back(Fault);
+    }
+    Server = std::make_unique<CProcess>(Words, std::vector<std::string>{}, Home.Root());
+    ASSERT_TRUE(WaitFor([&] { return GamePort() != 0; }, 10s)) << Server->StandardError();
+  }
+
+  int PortOf(const char* Kind) const {
+    std::smatch Match;
+    const std::string Output = Server ? Server->StandardOutput() : std::string();
+    if (!std::regex_search(Output, Match, std::regex(std::string(Kind) + " port (\\d+)"))) return 0;
+    return std::stoi(Match[1]);
+  }
+  int LoginPort() const { return PortOf("login"); }
+  int GamePort() const { return PortOf("game"); }
+
+  // Starts the client's modules as the program does, with the given login hosts.
+  void StartClient(const std::string& LoginHosts, const std::string& AutoLogin) {
+    setenv("KELMO_LOGIN_HOSTS", LoginHosts.c_str(), 1);
+    setenv("KELMO_AUTOLOGIN", AutoLogin.c_str(), 1);
+    InitRandom();
+    InitNetwork();
+    SetPaddingSource(GetRandomByte);
+    InitConnection();
+    InitLogin(false);
+    StartAutoLogin();
+  }
+
+  // One pass of the loop: notifications, the queue, and a tick of simulated time.
+  void Step() {
+    PollNetwork();
+    Handler.Drain(MessageQueue());
+    Clock->AdvanceMilliseconds(100);
+    RunTimerTick();
+  }
+
+  bool RunUntil(const std::function<bool()>& Condition, std::chrono::milliseconds Limit = 10s) {
+    return WaitFor(
+        [&] {
+          Step();
+          return Condition();
+        },
+        Limit);
+  }
+
+  std::string ServerLog() const { return ReadFile(Home.Root() / "server.log"); }
+
+  // The boxes shown with this title.
+  std::vector<TBox> BoxesTitled(const std::string& Title) const {
+    std::vector<TBox> Found;
+    for (const TBox& Box : Boxes) {
+      if (Box.Title == Title) Found.push_back(Box);
+    }
+    return Found;
+  }
+
+  bool WasTaken(int Type) const { return std::find(Taken.begin(), Taken.end(), Type) != Taken.end(); }
+
+  // A port on which nobody listens.
+  static int ClosedPort() {
+    CAsyncSocket Probe;
+    Probe.Create();
+    Probe.Listen("127.0.0.1", 0);
+    return Probe.GetLocalPort();
+  }
+
+  CTestHome Home;
+  std::shared_ptr<TManualClock> Clock;
+  std::unique_ptr<CProcess> Server;
+  CMessageHandler Handler{*this};
+  std::vector<TBox> Boxes;
+  std::vector<int> Taken;
+};
+
+std::string Hosts(std::initializer_list<int> Ports) {
+  std::string Text;
+  for (const int Port : Ports) Text += (Text.empty() ? "" : ",") + std::string("127.0.0.1:") + std::to_string(Port);
+  return Text;
+}
+
+TEST_F(SignInTest, SignsInAndEntersTheWorld) {
+  StartServer();
+  StartClient(Hosts({LoginPort()}), "demo:demo:Ayla");
+  ASSERT_TRUE(RunUntil([] { return GetConnectionState() == GAME_RUNNING; })) << ServerLog();
+
+  EXPECT_EQ(TAccountManager::getInstance().getActiveCharacter()->Name, "Ayla");
+  EXPECT_NE(GetSessionInfo().PlayerId, 0u);
+  EXPECT_GT(GetSessionInfo().Beat, 0);
+  EXPECT_TRUE(WasTaken(MSG_SELECT_CHARACTER));
+  ASSERT_EQ(BoxesTitled("Message of the Day").size(), 1u);
+  const std::string Log = ServerLog();
+  EXPECT_NE(Log.find("CLOGINADMIN"), std::string::npos) << Log;
+  EXPECT_NE(Log.find("CLOGINGAME"), std::string::npos) << Log;
+  EXPECT_NE(Log.find("CENTERWORLD"), std::string::npos) << Log;
+  EXPECT_EQ(Log.find("\"error\""), std::string::npos) << Log;
+}
+
+TEST_F(SignInTest, RefusedFirstHostIsFollowedByTheNext) {
+  StartServer();
+  StartClient(Hosts({ClosedPort(), LoginPort()}), "demo:demo:Borin");
+  ASSERT_TRUE(RunUntil([] { return GetConnectionState() == GAME_RUNNING; })) << ServerLog();
+  EXPECT_TRUE(BoxesTitled("Connection failed").empty());
+}
+
+TEST_F(SignInTest, AllHostsRefusedEndInOneMessage) {
+  StartClient(Hosts({ClosedPort(), ClosedPort(), ClosedPort()}), "demo:demo:Ayla");
+  ASSERT_TRUE(RunUntil([&] { return !Boxes.empty(); }));
+  for (int I = 0; I < 20; ++I) Step();
+  ASSERT_EQ(Boxes.size(), 1u);
+  EXPECT_EQ(Boxes[0].Title, "Connection failed");
+  EXPECT_EQ(Boxes[0].Text.rfind("Cannot connect to a login server.\n\nError: Connection refused. (10061)"
+                                "\n\nAll login servers are offline.",
+                                0),
+            0u)
+      << Boxes[0].Text;
+  EXPECT_EQ(GetConnectionState(), OFFLINE);
+}
+
+TEST_F(SignInTest, SilentGameServerIsGivenUpAfterAMinute) {
+  StartServer({"silence"});
+  StartClient(Hosts({LoginPort()}), "demo:demo:Ayla");
+  ASSERT_TRUE(RunUntil([] { return GetConnectionState() == GAME_RUNNING; })) << ServerLog();
+
+  ::testing::internal::CaptureStderr();
+  for (int Tick = 0; Tick < 200 && !WasTaken(MSG_SERVER_NOT_RESPONDING); ++Tick) Step();
+  EXPECT_TRUE(IsServerSilent());
+  for (int Tick = 0; Tick < 700 && GetConnectionState() != OFFLINE; ++Tick) Step();
+  Step();
+  const std::string Log = ::testing::internal::GetCapturedStderr();
+  EXPECT_NE(Log.find("Game Server not responding. Please wait."), std::string::npos) << Log;
+  EXPECT_EQ(GetConnectionState(), OFFLINE);
+  ASSERT_FALSE(Boxes.empty());
+  EXPECT_EQ(Boxes.back().Title, "Connection lost");
+  EXPECT_EQ(Boxes.back().Text, "Connection to the game server was lost.\nPlease try again later.");
+  EXPECT_NE(ServerLog().find("CPING"), std::string::npos);
+}
+
+TEST_F(SignInTest, GameServerRefusalIsShownAndTheListFollows) {
+  StartServer({"login-error"});
+  StartClient(Hosts({LoginPort()}), "demo:demo:Ayla");
+  ASSERT_TRUE(RunUntil([&] { return !BoxesTitled("Sorry").empty(); })) << ServerLog();
+  RunUntil([&] { return std::count(Taken.begin(), Taken.end(), MSG_SELECT_CHARACTER) >= 2; }, 2s);
+  EXPECT_EQ(std::count(Taken.begin(), Taken.end(), MSG_SELECT_CHARACTER), 2);
+  EXPECT_EQ(GetConnectionState(), OFFLINE);
+}
+
+TEST_F(SignInTest, LoginQueueIsPassedToItsDialog) {
+  StartServer({"queue"});
+  StartClient(Hosts({LoginPort()}), "demo:demo:Ayla");
+  ASSERT_TRUE(RunUntil([&] { return WasTaken(MSG_LOGIN_QUEUE); })) << ServerLog();
+}
+
+TEST_F(SignInTest, WrongPasswordIsRefusedByTheLoginServer) {
+  StartServer();
+  StartClient(Hosts({LoginPort()}), "demo:wrong:Ayla");
+  ASSERT_TRUE(RunUntil([&] { return !BoxesTitled("Sorry").empty(); })) << ServerLog();
+  RunUntil([&] { return WasTaken(MSG_ENTER_GAME); }, 2s);
+  EXPECT_TRUE(WasTaken(MSG_ENTER_GAME));
+  EXPECT_EQ(GetConnectionState(), OFFLINE);
+}
+
+}  // namespace

@@ -1,0 +1,52 @@
+#pragma once
+// The messages that this server sends, each appended to the packet being built.
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "tools/server/Fields.h"
+
+namespace server {
+
+// Login server.
+void WriteLoginErrorAdmin(TMessageWriter& Writer, std::string_view Text);
+void WriteLoginAdviceAdmin(TMessageWriter& Writer, std::string_view Text);
+// The text is "number\ntext".
+void WriteMessageOfTheDay(TMessageWriter& Writer, std::uint32_t Number, std::string_view Text);
+
+struct TListedWorld {
+  std::uint8_t Id;
+  std::string_view Name;
+  std::string_view Host;
+  std::uint16_t Port;
+  std::uint8_t PreviewState;
+};
+struct TListedCharacter {
+  std::uint8_t WorldId;
+  std::string_view Name;
+};
+void WriteCharacterList(TMessageWriter& Writer, const std::vector<TListedWorld>& Worlds,
+                        const std::vector<TListedCharacter>& Characters, std::uint16_t PremiumDays);
+
+// Game server.
+void WriteLoginChallenge(TMessageWriter& Writer, std::uint32_t Time, std::uint8_t Value);
+void WriteLoginError(TMessageWriter& Writer, std::string_view Text);
+void WriteLoginAdvice(TMessageWriter& Writer, std::string_view Text);
+void WriteLoginWait(TMessageWriter& Writer, std::string_view Text, std::uint8_t Seconds);
+
+struct TLoginSuccess {
+  std::uint32_t CreatureId;
+  std::uint16_t Beat;
+  double SpeedA;
+  double SpeedB;
+  double SpeedC;
+  bool CanReportBugs;
+  bool CanChangePvPFraming;
+};
+void WriteLoginSuccess(TMessageWriter& Writer, const TLoginSuccess& Success);
+void WritePendingStateEntered(TMessageWriter& Writer);
+void WriteWorldEntered(TMessageWriter& Writer);
+void WritePing(TMessageWriter& Writer);
+void WritePingBack(TMessageWriter& Writer);
+
+}  // namespace server
