@@ -7,64 +7,12 @@
 #include <fstream>
 #include <sstream>
 
-#include "tests/support/Harness.h"
-
-#ifndef KELMO_CLIENT
-#error "KELMO_CLIENT must name the client program"
-#endif
+#include "tests/e2e/ClientFixture.h"
 
 namespace {
 
 using namespace harness;
 namespace fs = std::filesystem;
-
-class ClientTest : public ::testing::Test {
- protected:
-  ClientTest() { Home.InstallDataFiles(); }
-
-  std::vector<std::string> Environment() const {
-    std::vector<std::string> Result = Home.Environment();
-    Result.push_back("DISPLAY=" + X.Display());
-    Result.push_back("KELMO_NONINTERACTIVE=1");
-    return Result;
-  }
-
-  std::unique_ptr<CProcess> StartClient(std::vector<std::string> Words = {}) {
-    Words.insert(Words.begin(), KELMO_CLIENT);
-    return std::make_unique<CProcess>(Words, Environment(), Home.WorkDirectory());
-  }
-
-  // The client's shown windows; the display library briefly makes hidden
-  // helper windows of the same class while it starts.
-  std::vector<std::string> ClientWindows() const {
-    std::istringstream Lines(
-        RunCommand({"xdotool", "search", "--onlyvisible", "--class", "KelmoClient"}, {"DISPLAY=" + X.Display()}));
-    std::vector<std::string> Windows;
-    for (std::string Line; std::getline(Lines, Line);) {
-      if (!Line.empty()) Windows.push_back(Line);
-    }
-    return Windows;
-  }
-
-  // The client windows once there are at least Count of them; fewer if they don't come.
-  std::vector<std::string> WaitForWindows(size_t Count) {
-    std::vector<std::string> Found;
-    WaitFor(
-        [&] {
-          Found = ClientWindows();
-          return Found.size() >= Count;
-        },
-        20s);
-    return Found;
-  }
-
-  std::string Xdotool(const std::string& Command, const std::string& Window) const {
-    return RunCommand({"xdotool", Command, Window}, {"DISPLAY=" + X.Display()});
-  }
-
-  CXServer X;
-  CTestHome Home;
-};
 
 TEST_F(ClientTest, OpensItsWindowAndEndsCleanlyOnTerminationSignal) {
   auto Client = StartClient();

@@ -6,7 +6,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <regex>
 #include <sstream>
 
 #include "app/AutoLogin.h"
@@ -23,10 +22,6 @@
 #include "platform/AsyncSocket.h"
 #include "platform/MessageBox.h"
 #include "tests/support/Harness.h"
-
-#ifndef KELMO_SERVER
-#error "KELMO_SERVER must name the local server program"
-#endif
 
 namespace {
 
@@ -72,26 +67,10 @@ class SignInTest : public ::testing::Test, public IMessageHost {
   bool CanTakeMessages() const override { return true; }
   void Terminate(bool) override {}
 
-  // Starts the server with the given faults and waits for its two ports.
   void StartServer(const std::vector<std::string>& Faults = {}) {
-    std::vector<std::string> Words = {KELMO_SERVER, "--login-port", "0", "--game-port", "0",
-                                      "--log", (Home.Root() / "server.log").string()};
-    for (const std::string& Fault : Faults) {
-      Words.push_back("--fault");
-      Words.push_back(Fault);
-    }
-    Server = std::make_unique<CProcess>(Words, std::vector<std::string>{}, Home.Root());
-    ASSERT_TRUE(WaitFor([&] { return GamePort() != 0; }, 10s)) << Server->StandardError();
+    Server = std::make_unique<CLocalServer>(Home.Root(), Faults);
   }
-
-  int PortOf(const char* Kind) const {
-    std::smatch Match;
-    const std::string Output = Server ? Server->StandardOutput() : std::string();
-    if (!std::regex_search(Output, Match, std::regex(std::string(Kind) + " port (\\d+)"))) return 0;
-    return std::stoi(Match[1]);
-  }
-  int LoginPort() const { return PortOf("login"); }
-  int GamePort() const { return PortOf("game"); }
+  int LoginPort() const { return Server->LoginPort(); }
 
   // Starts the client's modules as the program does, with the given login hosts.
   void StartClient(const std::string& LoginHosts, const std::string& AutoLogin) {
@@ -122,7 +101,7 @@ class SignInTest : public ::testing::Test, public IMessageHost {
         Limit);
   }
 
-  std::string ServerLog() const { return ReadFile(Home.Root() / "server.log"); }
+  std::string ServerLog() const { return Server ? Server->Log() : std::string(); }
 
   // The boxes shown with this title.
   std::vector<TBox> BoxesTitled(const std::string& Title) const {
@@ -145,7 +124,7 @@ class SignInTest : public ::testing::Test, public IMessageHost {
 
   CTestHome Home;
   std::shared_ptr<TManualClock> Clock;
-  std::unique_ptr<CProcess> Server;
+  std::unique_ptr<CLocalServer> Server;
   CMessageHandler Handler{*this};
   std::vector<TBox> Boxes;
   std::vector<int> Taken;

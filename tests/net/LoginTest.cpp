@@ -111,6 +111,18 @@ TEST_F(LoginReaderTest, LongNamesAreCutAndTheNextFieldStillFits) {
   EXPECT_EQ(Characters[0].WorldName, std::string(29, 'W'));
 }
 
+TEST_F(LoginReaderTest, TruncatedCharacterListFailsInsteadOfReadingOn) {
+  TPayload Payload;
+  Payload.U8(SCHARACTERLIST).U8(1).U8(0).Text("Kelmo").Text("127.0.0.1").U16(7172).U8(0).U8(2).U8(0).Text("Ayla");
+  try {
+    Receive(Payload, CONNECTED_ADMIN);
+    FAIL() << "no failure";
+  } catch (const TMyException& E) {
+    EXPECT_EQ(E.Text(), "exception occurred (Type: 100)");
+    EXPECT_NE(std::string(E.what()).find("Position<=Size-1"), std::string::npos) << E.what();
+  }
+}
+
 TEST_F(LoginReaderTest, EmptyCharacterListStillAsksForAChoice) {
   Receive(TPayload().U8(SCHARACTERLIST).U8(0).U8(0).U16(0), CONNECTED_ADMIN);
   EXPECT_TRUE(TAccountManager::getInstance().characters().empty());

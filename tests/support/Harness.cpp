@@ -11,10 +11,14 @@
 #include <fstream>
 #include <map>
 #include <random>
+#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
 
+#ifndef KELMO_SERVER
+#error "KELMO_SERVER must name the local server program"
+#endif
 #ifndef KELMO_DATA_DIR
 #error "KELMO_DATA_DIR must name the folder of the built data files"
 #endif
@@ -168,6 +172,30 @@ CXServer::~CXServer() {
   m_Process->Signal(SIGTERM);
   m_Process->WaitExit(5s);
 }
+
+CLocalServer::CLocalServer(const fs::path& Directory, const std::vector<std::string>& Faults)
+    : m_LogFile(Directory / "server.log") {
+  std::vector<std::string> Words = {KELMO_SERVER, "--login-port", "0", "--game-port", "0",
+                                    "--log", m_LogFile.string()};
+  for (const std::string& Fault : Faults) {
+    Words.push_back("--fault");
+    Words.push_back(Fault);
+  }
+  m_Process = std::make_unique<CProcess>(Words, std::vector<std::string>{}, Directory);
+  WaitFor([&] { return PortOf("game") != 0; }, 10s);
+  m_LoginPort = PortOf("login");
+  m_GamePort = PortOf("game");
+  if (m_GamePort == 0) throw std::runtime_error("the server did not start: " + m_Process->StandardError());
+}
+
+int CLocalServer::PortOf(const std::string& Kind) const {
+  std::smatch Match;
+  const std::string Output = m_Process->StandardOutput();
+  if (!std::regex_search(Output, Match, std::regex(Kind + " port (\\d+)"))) return 0;
+  return std::stoi(Match[1]);
+}
+
+std::string CLocalServer::Log() const { return ReadFile(m_LogFile); }
 
 bool WaitFor(const std::function<bool()>& Condition, std::chrono::milliseconds Limit) {
   const auto Deadline = std::chrono::steady_clock::now() + Limit;

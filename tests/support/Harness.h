@@ -75,6 +75,25 @@ class CXServer {
   std::string m_Display;
 };
 
+// The project's local server on free ports, logging to a file in Directory.
+class CLocalServer {
+ public:
+  explicit CLocalServer(const std::filesystem::path& Directory,
+                        const std::vector<std::string>& Faults = {});
+  int LoginPort() const { return m_LoginPort; }
+  int GamePort() const { return m_GamePort; }
+  std::string Log() const;
+  CProcess& Process() { return *m_Process; }
+
+ private:
+  int PortOf(const std::string& Kind) const;
+
+  std::filesystem::path m_LogFile;
+  std::unique_ptr<CProcess> m_Process;
+  int m_LoginPort = 0;
+  int m_GamePort = 0;
+};
+
 // Polls Condition until it holds or Limit has passed.
 bool WaitFor(const std::function<bool()>& Condition, std::chrono::milliseconds Limit);
 // Runs a command to its end and returns its standard output.

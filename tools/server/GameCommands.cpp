@@ -28,7 +28,7 @@ constexpr int NAME = CHARACTER_NAME_MAX;
 // stack position. The name of either is the prefix of its parts.
 enum class EField { END, U8, U16, U32, STRING, POSITION, THING };
 
-struct TFieldSpec {
+struct TFieldLayout {
   EField Kind = EField::END;
   const char* Name = "";
   int Limit = NO_LIMIT;
@@ -36,10 +36,10 @@ struct TFieldSpec {
 
 using TSpecialReader = void (*)(TFieldReader&);
 
-struct TCommandSpec {
+struct TCommandLayout {
   std::uint8_t Type;
   const char* Name;
-  std::array<TFieldSpec, 7> Fields{};
+  std::array<TFieldLayout, 7> Fields{};
   TSpecialReader Special = nullptr;
 };
 
@@ -49,7 +49,7 @@ void ReadRuleViolation(TFieldReader& Reader);
 
 using enum EField;
 
-constexpr TCommandSpec COMMANDS[] = {
+constexpr TCommandLayout COMMANDS[] = {
     {15, "CENTERWORLD"},
     {20, "CQUITGAME"},
     {29, "CPING"},
@@ -151,9 +151,9 @@ constexpr TCommandSpec COMMANDS[] = {
     {249, "CANSWERDIALOG", {{{U32, "dialogId"}, {U8, "button"}, {U8, "choice"}}}},
 };
 
-const TCommandSpec* FindCommand(std::uint8_t Type) {
-  for (const TCommandSpec& Spec : COMMANDS)
-    if (Spec.Type == Type) return &Spec;
+const TCommandLayout* FindCommand(std::uint8_t Type) {
+  for (const TCommandLayout& Layout : COMMANDS)
+    if (Layout.Type == Type) return &Layout;
   return nullptr;
 }
 
@@ -169,7 +169,7 @@ void ReadPosition(TFieldReader& Reader, const std::string& Prefix) {
   Reader.U8(Part(Prefix, "z"));
 }
 
-void ReadField(TFieldReader& Reader, const TFieldSpec& Field) {
+void ReadField(TFieldReader& Reader, const TFieldLayout& Field) {
   switch (Field.Kind) {
     case U8:
       Reader.U8(Field.Name);
@@ -255,20 +255,20 @@ void ReadRuleViolation(TFieldReader& Reader) {
 TGameCommand DecodeGameCommand(std::span<const std::uint8_t> Payload) {
   Check(!Payload.empty(), "packet holds no command");
   const std::uint8_t Type = Payload[0];
-  const TCommandSpec* Spec = FindCommand(Type);
-  if (Spec == nullptr) ThrowException("unknown command", {{"type", std::to_string(Type)}});
-  TGameCommand Command{Type, {Spec->Name, {}}};
+  const TCommandLayout* Layout = FindCommand(Type);
+  if (Layout == nullptr) ThrowException("unknown command", {{"type", std::to_string(Type)}});
+  TGameCommand Command{Type, {Layout->Name, {}}};
   TFieldReader Reader(Payload.subspan(1), Command.Record);
-  for (const TFieldSpec& Field : Spec->Fields) ReadField(Reader, Field);
-  if (Spec->Special != nullptr) Spec->Special(Reader);
+  for (const TFieldLayout& Field : Layout->Fields) ReadField(Reader, Field);
+  if (Layout->Special != nullptr) Layout->Special(Reader);
   Reader.CheckConsumed();
   return Command;
 }
 
 std::optional<std::string> GameCommandName(std::uint8_t Type) {
-  const TCommandSpec* Spec = FindCommand(Type);
-  if (Spec == nullptr) return std::nullopt;
-  return Spec->Name;
+  const TCommandLayout* Layout = FindCommand(Type);
+  if (Layout == nullptr) return std::nullopt;
+  return Layout->Name;
 }
 
 }  // namespace server
