@@ -71,6 +71,11 @@ bool CMessageHandler::Handle(CMessageQueue& Queue, TMessage& Message) {
     case MSG_RECONNECT:
       HandleReconnect();
       return true;
+    case MSG_REPLACE_DAT:
+    case MSG_REPLACE_SPR:
+    case MSG_REPLACE_PIC:
+      ReplaceDataFile(Queue, Message.Type);
+      return true;
     case MSG_ERROR_REPORT:
       if (!GetErrorEntries().empty()) Postpone(Message);
       return true;
@@ -118,6 +123,22 @@ bool CMessageHandler::Handle(CMessageQueue& Queue, TMessage& Message) {
       Postpone(Message);
       return true;
   }
+}
+
+// A download that can't be installed ends in the external patch.
+void CMessageHandler::ReplaceDataFile(CMessageQueue& Queue, int Type) {
+  const TFileKind Kind = Type == MSG_REPLACE_DAT   ? TFileKind::OBJECT_TYPES
+                         : Type == MSG_REPLACE_SPR ? TFileKind::SPRITES
+                                                   : TFileKind::PICTURES;
+  bool Replaced = false;
+  try {
+    Replaced = ReplaceWithTemporary(Kind);
+  } catch (const TMyException& E) {
+    LogInfo(std::string("replacing a data file failed: ") + E.what());
+  }
+  if (Replaced) return;
+  Queue.Clear();
+  Queue.Post(MSG_PATCH_EXIT);
 }
 
 // Messages whose dialogs, menus or modules are not built yet are taken and

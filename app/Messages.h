@@ -31,6 +31,7 @@ class CMessageHandler {
   // False if the message ends the drain.
   bool Handle(CMessageQueue& Queue, TMessage& Message);
   void Postpone(const TMessage& Message);
+  void ReplaceDataFile(CMessageQueue& Queue, int Type);
 
   IMessageHost& m_Host;
   std::function<void(const TMessage&)> m_Observer;

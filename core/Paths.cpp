@@ -1,10 +1,13 @@
 #include "core/Paths.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
 #include "core/Exception.h"
+#include "platform/Files.h"
 
 namespace fs = std::filesystem;
 
@@ -63,6 +66,8 @@ void InitPaths(const std::string& UserDirectoryOption) {
     User = (fs::path(Data) / "Kelmo").string();
   }
   EnsureDirectory(Dirs.User, User, PROGRAM_ERROR::USER_FOLDER_NOT_CREATED);
+  std::string Automap;
+  EnsureDirectory(Automap, Dirs.User + "/Automap", PROGRAM_ERROR::USER_FOLDER_NOT_CREATED);
 
   const std::string Cache = XdgDirectory("XDG_CACHE_HOME", ".cache");
   if (Cache.empty()) throw PROGRAM_ERROR::NO_TEMPORARY_DIRECTORY;
@@ -111,21 +116,58 @@ bool FileExists(const std::string& Path) {
   return fs::is_regular_file(Path, Error);
 }
 
+std::string GetAutomapFileName(int SectorX, int SectorY, int SectorZ) {
+  char Name[32];
+  std::snprintf(Name, sizeof Name, "%03d%03d%02d.map", SectorX, SectorY, SectorZ);
+  return GetUserDirectory() + "/Automap/" + Name;
+}
+
+std::string GetChatLogFileName(const std::string& ChatName) {
+  return GetUserDirectory() + "/" + ChatName + ".txt";
+}
+
+std::vector<TAutomapSector> ListAutomapFiles() {
+  std::vector<TAutomapSector> Sectors;
+  std::error_code Error;
+  for (const auto& Entry : fs::directory_iterator(GetUserDirectory() + "/Automap", Error)) {
+    const std::string Name = Entry.path().filename().string();
+    TAutomapSector Sector{};
+    char Rest = 0;
+    if (Name.size() == 12 && Name.ends_with(".map") &&
+        std::sscanf(Name.c_str(), "%3d%3d%2d.ma%c", &Sector.X, &Sector.Y, &Sector.Z, &Rest) == 4 &&
+        Sector.X >= 0 && Sector.X < 256 && Sector.Y >= 0 && Sector.Y < 256 && Sector.Z >= 0 &&
+        Sector.Z < 16) {
+      Sectors.push_back(Sector);
+    }
+  }
+  std::sort(Sectors.begin(), Sectors.end());
+  return Sectors;
+}
+
+namespace {
+
+// Copies Source beside Target and renames it over Target: the rename is one
+// step, so Target is either the old file or the whole new one.
+bool CopyOver(const std::string& Source, const std::string& Target) {
+  const std::string Staged = Target + ".new";
+  std::error_code Error;
+  if (!fs::copy_file(Source, Staged, fs::copy_options::overwrite_existing, Error)) return false;
+  platform::SyncFile(Staged);
+  fs::rename(Staged, Target, Error);
+  if (Error) fs::remove(Staged, Error);
+  return !Error;
+}
+
+}  // namespace
+
 bool ReplaceWithTemporary(TFileKind Kind) {
   const std::string Temporary = GetFileName(Kind, true);
   const std::string Final = GetFileName(Kind, false);
-  if (!FileExists(Temporary)) return false;
+  if (!FileExists(Temporary)) ThrowException("temporary file does not exist", {{"FileName", Temporary}});
+  if (!FileExists(Final)) ThrowException("outdated file does not exist", {{"FileName", Final}});
   std::error_code Error;
   fs::rename(Temporary, Final, Error);
-  if (!Error) return true;
-  // Across file systems a rename fails: copy beside the target, then rename.
-  const std::string Staged = Final + ".new";
-  if (!fs::copy_file(Temporary, Staged, fs::copy_options::overwrite_existing, Error)) return false;
-  fs::rename(Staged, Final, Error);
-  if (Error) {
-    fs::remove(Staged, Error);
-    return false;
-  }
+  if (Error && !CopyOver(Temporary, Final)) return false;
   fs::remove(Temporary, Error);
   return true;
 }

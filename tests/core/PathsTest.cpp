@@ -65,3 +65,70 @@ TEST_F(PathsTest, FileExistsOnlyForRegularFiles) {
 }
 
 }  // namespace
+
+namespace {
+
+// The program directory is the current one; each test moves into its own.
+class StagedFileTest : public TTestDirectory {
+ protected:
+  void SetUp() override {
+    TTestDirectory::SetUp();
+    m_Previous = std::filesystem::current_path();
+    std::filesystem::current_path(Root());
+    InitPaths("");
+  }
+  void TearDown() override {
+    std::filesystem::current_path(m_Previous);
+    TTestDirectory::TearDown();
+  }
+
+ private:
+  std::filesystem::path m_Previous;
+};
+
+TEST_F(StagedFileTest, AutomapAndChatLogNames) {
+  EXPECT_EQ(GetAutomapFileName(125, 126, 7), GetUserDirectory() + "/Automap/12512607.map");
+  EXPECT_EQ(GetChatLogFileName("Default"), GetUserDirectory() + "/Default.txt");
+  EXPECT_TRUE(std::filesystem::is_directory(GetUserDirectory() + "/Automap"));
+}
+
+TEST_F(StagedFileTest, OnlyWellFormedAutomapSectorsAreListed) {
+  for (const char* Name : {"12512607.map", "00000015.map", "999000007.map", "abc.map", "25525516.map",
+                           "12512607.txt", "-0100207.map"}) {
+    WriteFile(GetUserDirectory() + "/Automap/" + Name, "x");
+  }
+  const std::vector<TAutomapSector> Expected = {{0, 0, 15}, {125, 126, 7}};
+  EXPECT_EQ(ListAutomapFiles(), Expected);
+}
+
+TEST_F(StagedFileTest, TemporaryFileReplacesTheFinalOneWhole) {
+  WriteFile(GetFileName(TFileKind::OBJECT_TYPES, false), "old");
+  WriteFile(GetFileName(TFileKind::OBJECT_TYPES, true), "new contents");
+  EXPECT_TRUE(ReplaceWithTemporary(TFileKind::OBJECT_TYPES));
+  EXPECT_EQ(ReadLines(GetFileName(TFileKind::OBJECT_TYPES, false)), std::vector<std::string>{"new contents"});
+  EXPECT_FALSE(FileExists(GetFileName(TFileKind::OBJECT_TYPES, true)));
+}
+
+TEST_F(StagedFileTest, ReplacingNeedsBothFiles) {
+  try {
+    ReplaceWithTemporary(TFileKind::SPRITES);
+    FAIL() << "no failure";
+  } catch (const TMyException& E) {
+    EXPECT_EQ(E.Text(), "temporary file does not exist");
+  }
+  WriteFile(GetFileName(TFileKind::SPRITES, true), "new");
+  try {
+    ReplaceWithTemporary(TFileKind::SPRITES);
+    FAIL() << "no failure";
+  } catch (const TMyException& E) {
+    EXPECT_EQ(E.Text(), "outdated file does not exist");
+  }
+  EXPECT_TRUE(FileExists(GetFileName(TFileKind::SPRITES, true)));
+}
+
+TEST_F(StagedFileTest, ConfigurationBackupLiesBesideTheConfiguration) {
+  EXPECT_EQ(GetFileName(TFileKind::CONFIGURATION, true), GetUserDirectory() + "/Kelmo.cfg.bak");
+  EXPECT_EQ(GetFileName(TFileKind::PICTURES, true), GetTemporaryDirectory() + "/Kelmo_pic.bak");
+}
+
+}  // namespace

@@ -160,6 +160,13 @@ TEST_F(SignInTest, RefusedFirstHostIsFollowedByTheNext) {
   EXPECT_TRUE(BoxesTitled("Connection failed").empty());
 }
 
+TEST_F(SignInTest, HostNamesAreLookedUpAndAFailedLookUpMovesOn) {
+  StartServer();
+  StartClient("no-such-host.invalid:7171,localhost:" + std::to_string(LoginPort()), "demo:demo:Ayla");
+  ASSERT_TRUE(RunUntil([] { return GetConnectionState() == GAME_RUNNING; }, 20s)) << ServerLog();
+  EXPECT_TRUE(BoxesTitled("Connection failed").empty());
+}
+
 TEST_F(SignInTest, AllHostsRefusedEndInOneMessage) {
   StartClient(Hosts({ClosedPort(), ClosedPort(), ClosedPort()}), "demo:demo:Ayla");
   ASSERT_TRUE(RunUntil([&] { return !Boxes.empty(); }));
