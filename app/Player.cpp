@@ -11,6 +11,8 @@
 #include "core/ProgramState.h"
 #include "app/AutoLogin.h"
 #include "app/MainLoop.h"
+#include "core/SystemInformation.h"
+#include "net/AccountManager.h"
 #include "net/ClientHooks.h"
 #include "net/Commands.h"
 #include "net/Connection.h"
@@ -80,9 +82,7 @@ void CPlayerApp::InitSteps() {
     m_Frame.reset();
     return;
   }
-  ReportSources().ReleaseDisplay = [this] {
-    if (m_Frame && m_Frame->IsOpen()) m_Frame->Window().Hide();
-  };
+  InstallReportSources();
   if (!Gamemaster && !platform::AcquireInstanceLock("KelmoPlayerMutex")) {
     throw PROGRAM_ERROR::ALREADY_RUNNING;
   }
@@ -156,6 +156,30 @@ bool CPlayerApp::CanTakeMessages() const { return m_Frame != nullptr && m_Frame-
 void CPlayerApp::Terminate(bool Patch) {
   m_PatchOnExit = Patch;
   m_Frame->Terminate();
+}
+
+void CPlayerApp::InstallReportSources() {
+  TReportSources& Sources = ReportSources();
+  Sources.ReleaseDisplay = [this] {
+    if (m_Frame && m_Frame->IsOpen()) m_Frame->Window().Hide();
+  };
+  Sources.OperatingSystem = [] {
+    return SystemInformation().GetOperatingSystemName() + " in " + std::to_string(sizeof(void*) * 8) +
+           "-bit mode";
+  };
+  Sources.Processor = [] { return SystemInformation().GetProcessorName(); };
+  Sources.VideoCard = [] { return SystemInformation().GetVideoCardName(); };
+  Sources.PlayerName = []() -> std::optional<std::array<std::string, 2>> {
+    const TAccountCharacterData* Character = TAccountManager::getInstance().getActiveCharacter();
+    if (Character == nullptr) return std::nullopt;
+    return std::array<std::string, 2>{Character->Name, Character->WorldName};
+  };
+  Sources.GameServerAddress = []() -> std::string {
+    const TAccountCharacterData* Character = TAccountManager::getInstance().getActiveCharacter();
+    if (Character == nullptr) return {};
+    const THostData& Host = Character->Host;
+    return (Host.HostName.empty() ? Host.AddressText() : Host.HostName) + ":" + std::to_string(Host.Port);
+  };
 }
 
 // Until the main window and the status module exist, the game view is a flag

@@ -34,6 +34,7 @@ class CPlayerApp : public IMessageHost {
 
   void InitSteps();
   void InstallClientHooks();
+  void InstallReportSources();
   void PumpOnce();
   void FinishPatchOnExit();
 

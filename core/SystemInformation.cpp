@@ -432,3 +432,12 @@ void TSystemInformation::WriteBlock(std::uint8_t* ByteArray) const try {
 } catch (...) {
   RethrowGuarded("failed to write to byte array");
 }
+
+TSystemInformation& SystemInformation() {
+  static TSystemInformation Survey = [] {
+    TSystemInformation Gathered;
+    Gathered.Gather();
+    return Gathered;
+  }();
+  return Survey;
+}

@@ -71,3 +71,6 @@ class TSystemInformation {
   std::string m_ProcessorName = "Unknown";
   std::string m_VideoCardName = "Unknown";
 };
+
+// The program's survey of the machine, gathered at its first use.
+TSystemInformation& SystemInformation();

@@ -32,7 +32,6 @@ struct TLoginModule {
   TSessionInfo Session;
   std::string MessageOfTheDay;
   int MOTDNumber = 0;
-  std::optional<TSystemInformation> System;
 };
 
 std::optional<TLoginModule> Module;
@@ -186,11 +185,7 @@ void SendLoginAdmin() {
   Writer.WriteString(Account.getLogin().c_str());
   Writer.WriteString(Account.getPassword().c_str());
   if (Writer.Position + TSystemInformation::BLOCK_SIZE <= LOGIN_BLOCK_SIZE) {
-    if (!Login().System) {
-      Login().System.emplace();
-      Login().System->Gather();
-    }
-    Login().System->WriteBlock(Block.data() + Writer.Position);
+    SystemInformation().WriteBlock(Block.data() + Writer.Position);
   } else {
     Writer.WriteU8(NO_SYSTEM_BLOCK);
   }
