@@ -4,6 +4,7 @@
 
 #include "app/Modules.h"
 #include "core/MessageQueue.h"
+#include "core/Preferences.h"
 #include "core/ProgramState.h"
 #include "net/Connection.h"
 
@@ -24,7 +25,18 @@ bool CMainFrame::Create() {
     return false;
   }
   m_Window->SetMinimumClientSize(MIN_CLIENT_WIDTH, MIN_CLIENT_HEIGHT);
-  if (m_SavedPlacement.X < 0 || m_SavedPlacement.Y < 0) CenterDefault();
+  const TWindowedMode& Saved = Preferences().WindowedMode;
+  m_SavedPlacement = {Saved.X, Saved.Y, Saved.Width, Saved.Height};
+  m_Maximised = Saved.Maximised;
+  const auto [ScreenWidth, ScreenHeight] = platform::CWindow::DesktopSize();
+  const bool Fits = m_SavedPlacement.X >= 0 && m_SavedPlacement.Y >= 0 &&
+                    m_SavedPlacement.X + m_SavedPlacement.Width <= ScreenWidth &&
+                    m_SavedPlacement.Y + m_SavedPlacement.Height <= ScreenHeight;
+  if (Fits) {
+    m_Window->SetPlacement(m_SavedPlacement);
+  } else {
+    CenterDefault();
+  }
   return true;
 }
 
@@ -34,6 +46,12 @@ void CMainFrame::CenterDefault() {
   m_Window->SetClientSize(MIN_CLIENT_WIDTH, MIN_CLIENT_HEIGHT);
   m_Window->CenterOnScreen();
   m_SavedPlacement = m_Window->GetPlacement();
+  SavePlacement();
+}
+
+void CMainFrame::SavePlacement() {
+  Preferences().WindowedMode = {m_SavedPlacement.X, m_SavedPlacement.Y, m_SavedPlacement.Width,
+                                m_SavedPlacement.Height, m_Maximised};
 }
 
 void CMainFrame::Terminate() {
@@ -57,6 +75,7 @@ void CMainFrame::OnDestroy() {
   if (GetViewMode() == FULLSCREEN_MODE) SetViewMode(WINDOWED_MODE);
   m_Maximised = m_Window->IsMaximised();
   if (!m_Maximised) m_SavedPlacement = m_Window->GetPlacement();
+  SavePlacement();
   ApplyCursorShape(1);
 }
 

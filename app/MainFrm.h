@@ -37,6 +37,7 @@ class CMainFrame : public platform::IWindowEvents {
 
  private:
   void CenterDefault();
+  void SavePlacement();
   void OnDestroy();
 
   std::unique_ptr<platform::CCursors> m_Cursors;

@@ -1,6 +1,8 @@
 #include "app/Modules.h"
 
 #include "core/Exception.h"
+#include "core/MessageQueue.h"
+#include "core/Preferences.h"
 #include "graphics/Graphics.h"
 #include "net/Communication.h"
 #include "net/Connection.h"
@@ -8,6 +10,20 @@
 #include "net/Random.h"
 #include "world/Objects.h"
 #include "world/Status.h"
+
+namespace {
+
+// A damaged file is no reason to stop: the defaults stand, and the player is told.
+void LoadConfiguration() {
+  InitPreferences();
+  int Version = 0;
+  if (LoadPreferences(Version)) return;
+  MessageQueue().Post(MSG_MESSAGEBOX, std::string("Loading configuration failed"),
+                      std::string("Kelmo could not load the configuration file.\n\nAll settings in the "
+                                  "options menu such as your\nhotkeys have been reset."));
+}
+
+}  // namespace
 
 // The order is fixed: random numbers, object types, sprites, map, inventory,
 // creatures, status, help texts, configuration, talk, pictures, network.
@@ -17,6 +33,7 @@ void InitModules(bool Gamemaster) try {
   InitObjects();
   InitSprites();
   InitStatus(Gamemaster);
+  LoadConfiguration();
   InitPictures();
   InitNetwork();
   SetPaddingSource(GetRandomByte);
@@ -28,11 +45,13 @@ void InitModules(bool Gamemaster) try {
 
 // The reverse of InitModules, with the network's socket released first.
 void ShutdownModules() try {
+  SavePreferences();
   ExitLogin();
   ExitConnection();
   ExitNetwork();
   ExitStatus();
   ExitObjects();
+  ExitPreferences();
   ExitRandom();
 } catch (...) {
   RethrowGuarded();

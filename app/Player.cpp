@@ -11,6 +11,7 @@
 #include "core/ProgramState.h"
 #include "app/AutoLogin.h"
 #include "app/MainLoop.h"
+#include "core/Preferences.h"
 #include "core/SystemInformation.h"
 #include "net/AccountManager.h"
 #include "net/ClientHooks.h"
@@ -183,7 +184,7 @@ void CPlayerApp::InstallReportSources() {
 }
 
 // Until the main window and the status module exist, the game view is a flag
-// and the tactics are their starting values.
+// and the tactics come straight from the configuration.
 void CPlayerApp::InstallClientHooks() {
   TClientHooks& Hooks = ClientHooks();
   Hooks.SetTitle = [this](const std::string& Name) {
@@ -193,7 +194,12 @@ void CPlayerApp::InstallClientHooks() {
   Hooks.IsGameView = [this] { return m_GameView; };
   Hooks.EnterGameView = [this](std::uint32_t) { m_GameView = true; };
   Hooks.LeaveGameView = [this] { m_GameView = false; };
-  Hooks.SendTactics = [] { SendSetTactics(2, 0, 1, 0); };
+  Hooks.SaveConfiguration = [] { SavePreferences(); };
+  // The PvP mode starts every game as 0.
+  Hooks.SendTactics = [] {
+    const TPreferences& Values = Preferences();
+    SendSetTactics(Values.AttackMode, Values.ChaseMode, Values.SecureMode == 1 ? 1 : 0, 0);
+  };
 }
 
 void CPlayerApp::RunMainStepThrottled(bool Force) {

@@ -9,6 +9,7 @@
 #include "core/Exception.h"
 #include "core/MessageQueue.h"
 #include "core/Paths.h"
+#include "core/Preferences.h"
 #include "core/ProgramState.h"
 #include "core/SystemInformation.h"
 #include "core/Version.h"
@@ -31,7 +32,6 @@ struct TLoginModule {
   bool Gamemaster = false;
   TSessionInfo Session;
   std::string MessageOfTheDay;
-  int MOTDNumber = 0;
 };
 
 std::optional<TLoginModule> Module;
@@ -106,8 +106,9 @@ void ReadMessageOfTheDay() {
   if (Break == std::string::npos) return;
   const int Number = std::atoi(Text.substr(0, Break).c_str());
   Login().MessageOfTheDay = Text.substr(Break + 1);
-  if (Number == Login().MOTDNumber) return;
-  Login().MOTDNumber = Number;
+  // The configuration keeps the number, so each message is shown once.
+  if (Number == Preferences().LastMotD) return;
+  Preferences().LastMotD = Number;
   MessageQueue().Post(MSG_MOTD);
 }
 
@@ -294,8 +295,6 @@ bool ReadEntryCommand(int Type) {
 
 const TSessionInfo& GetSessionInfo() { return Login().Session; }
 const std::string& GetMessageOfTheDay() { return Login().MessageOfTheDay; }
-int GetMOTDNumber() { return Login().MOTDNumber; }
-void SetMOTDNumber(int Number) { Login().MOTDNumber = Number; }
 
 void SelectCharacter(int Index) {
   TAccountManager& Account = TAccountManager::getInstance();

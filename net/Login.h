@@ -28,10 +28,9 @@ void ReadLoginCommand(int Type);
 bool ReadEntryCommand(int Type);
 
 const TSessionInfo& GetSessionInfo();
-// The message of the day: the stored text, and the number of the last one shown.
+// The stored message of the day; the number of the last one shown is kept in
+// the configuration.
 const std::string& GetMessageOfTheDay();
-int GetMOTDNumber();
-void SetMOTDNumber(int Number);
 
 // The player's choice in the character list: connects to that character's
 // world, or explains why not and shows the list again.

@@ -151,6 +151,12 @@ bool CWindow::InitDisplay(const std::string& ClassName, std::string& Error) {
 
 void CWindow::ShutdownDisplay() { SDL_Quit(); }
 
+std::array<int, 2> CWindow::DesktopSize() {
+  SDL_DisplayMode Mode{};
+  if (SDL_GetDesktopDisplayMode(0, &Mode) != 0) return {0, 0};
+  return {Mode.w, Mode.h};
+}
+
 CWindow::CWindow(const std::string& Title, int Width, int Height)
     : m_Window(SDL_CreateWindow(Latin1ToUtf8(Title).c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
                                 Width, Height, SDL_WINDOW_HIDDEN | SDL_WINDOW_RESIZABLE)) {}
@@ -174,6 +180,11 @@ void CWindow::SetMinimumClientSize(int Width, int Height) {
 }
 
 void CWindow::SetClientSize(int Width, int Height) { SDL_SetWindowSize(m_Window, Width, Height); }
+
+void CWindow::SetPlacement(const TWindowPlacement& Placement) {
+  SDL_SetWindowSize(m_Window, Placement.Width, Placement.Height);
+  SDL_SetWindowPosition(m_Window, Placement.X, Placement.Y);
+}
 
 void CWindow::CenterOnScreen() {
   SDL_SetWindowPosition(m_Window, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED);

@@ -41,6 +41,8 @@ class CWindow {
   // false (with the reason in Error) if there is none.
   static bool InitDisplay(const std::string& ClassName, std::string& Error);
   static void ShutdownDisplay();
+  // Width and height of the desktop of the first screen.
+  static std::array<int, 2> DesktopSize();
 
   // Creates the window hidden, centred, with the given client size.
   // The class name is set for the display by InitDisplay.
@@ -55,6 +57,7 @@ class CWindow {
   void SetTitle(const std::string& Title);
   void SetMinimumClientSize(int Width, int Height);
   void SetClientSize(int Width, int Height);
+  void SetPlacement(const TWindowPlacement& Placement);
   void CenterOnScreen();
   TWindowPlacement GetPlacement() const;
   bool IsMinimisedOrHidden() const;

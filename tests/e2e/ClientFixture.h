@@ -16,7 +16,7 @@
 namespace harness {
 
 class ClientTest : public ::testing::Test {
- protected:
+ public:
   ClientTest() { Home.InstallDataFiles(); }
 
   std::vector<std::string> Environment(const std::vector<std::string>& Extra) const {

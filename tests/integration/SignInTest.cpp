@@ -13,6 +13,7 @@
 #include "app/Messages.h"
 #include "core/Clock.h"
 #include "core/Paths.h"
+#include "core/Preferences.h"
 #include "core/ProgramState.h"
 #include "net/AccountManager.h"
 #include "net/Communication.h"
@@ -57,6 +58,7 @@ class SignInTest : public ::testing::Test, public IMessageHost {
     ExitLogin();
     ExitConnection();
     ExitNetwork();
+    ExitPreferences();
     ExitRandom();
     platform::SetMessageBoxHandler(nullptr);
     SetClockSource(nullptr);
@@ -77,6 +79,7 @@ class SignInTest : public ::testing::Test, public IMessageHost {
     setenv("KELMO_LOGIN_HOSTS", LoginHosts.c_str(), 1);
     setenv("KELMO_AUTOLOGIN", AutoLogin.c_str(), 1);
     InitRandom();
+    InitPreferences();
     InitNetwork();
     SetPaddingSource(GetRandomByte);
     InitConnection();

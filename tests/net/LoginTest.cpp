@@ -6,6 +6,7 @@
 
 #include "core/MessageQueue.h"
 #include "core/Paths.h"
+#include "core/Preferences.h"
 #include "net/AccountManager.h"
 #include "net/Communication.h"
 #include "net/Connection.h"
@@ -40,6 +41,7 @@ class TPayload {
 class LoginReaderTest : public ::testing::Test {
  protected:
   LoginReaderTest() {
+    InitPreferences();
     InitNetwork();
     InitConnection();
     InitLogin(false);
@@ -50,6 +52,7 @@ class LoginReaderTest : public ::testing::Test {
     ExitLogin();
     ExitConnection();
     ExitNetwork();
+    ExitPreferences();
     MessageQueue().Clear();
   }
 
@@ -130,18 +133,18 @@ TEST_F(LoginReaderTest, EmptyCharacterListStillAsksForAChoice) {
 }
 
 TEST_F(LoginReaderTest, MessageOfTheDayIsShownOncePerNumber) {
-  SetMOTDNumber(7);
+  Preferences().LastMotD = 7;
   Receive(TPayload().U8(SMOTD).Text("7\nOld news"), CONNECTED_ADMIN);
   EXPECT_EQ(GetMessageOfTheDay(), "Old news");
   EXPECT_TRUE(QueuedTypes().empty());
 
   Receive(TPayload().U8(SMOTD).Text("8\nNew news"), ADMIN_RECEIVED);
-  EXPECT_EQ(GetMOTDNumber(), 8);
+  EXPECT_EQ(Preferences().LastMotD, 8);
   EXPECT_EQ(QueuedTypes(), std::vector<int>{MSG_MOTD});
 
   Receive(TPayload().U8(SMOTD).Text("9 without a line break"), ADMIN_RECEIVED);
   EXPECT_EQ(GetMessageOfTheDay(), "New news");
-  EXPECT_EQ(GetMOTDNumber(), 8);
+  EXPECT_EQ(Preferences().LastMotD, 8);
 }
 
 TEST_F(LoginReaderTest, LoginErrorEndsTheAttemptAndReturnsToTheEntryDialog) {
