@@ -69,10 +69,10 @@ long long SpriteCount(const TObjectRecord& R) {
 TObjectFileHeader ReadObjectFileHeader(TBinaryFileReader& Reader) {
   TObjectFileHeader Header;
   Header.Signature = Reader.readQuad();
-  Header.ObjectCount = Reader.readWord();
-  Header.OutfitCount = Reader.readWord();
-  Header.EffectCount = Reader.readWord();
-  Header.MissileCount = Reader.readWord();
+  Header.HighestObject = Reader.readWord();
+  Header.HighestOutfit = Reader.readWord();
+  Header.HighestEffect = Reader.readWord();
+  Header.HighestMissile = Reader.readWord();
   return Header;
 }
 

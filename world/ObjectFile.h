@@ -60,10 +60,10 @@ constexpr int MAX_SPRITES_PER_TYPE = 16384;
 struct TObjectFileHeader {
   std::uint32_t Signature = 0;
   // The highest number of each table.
-  std::uint16_t ObjectCount = 0;
-  std::uint16_t OutfitCount = 0;
-  std::uint16_t EffectCount = 0;
-  std::uint16_t MissileCount = 0;
+  std::uint16_t HighestObject = 0;
+  std::uint16_t HighestOutfit = 0;
+  std::uint16_t HighestEffect = 0;
+  std::uint16_t HighestMissile = 0;
 };
 
 // MARKET's operands, in file order, are category, trade-as type, show-as

@@ -126,8 +126,9 @@ void BuildMarketList(TObjectTables& T) {
 std::unique_ptr<TObjectTables> ReadTables(TBinaryFileReader& Reader) {
   const TObjectFileHeader Header = ReadObjectFileHeader(Reader);
   auto T = std::make_unique<TObjectTables>(TObjectTables{
-      TTypeTable(FIRST_OBJECT_TYPE, Header.ObjectCount), TTypeTable(1, Header.OutfitCount),
-      TTypeTable(1, Header.EffectCount), TTypeTable(1, Header.MissileCount), Header.Signature, {}});
+      TTypeTable(FIRST_OBJECT_TYPE, Header.HighestObject), TTypeTable(1, Header.HighestOutfit),
+      TTypeTable(1, Header.HighestEffect), TTypeTable(1, Header.HighestMissile),
+      Header.Signature, {}});
   ReadTable(Reader, T->Objects, "objects");
   ReadTable(Reader, T->Outfits, "outfits");
   ReadTable(Reader, T->Effects, "effects");

@@ -103,8 +103,8 @@ TTypeFile ReadDatFile(const std::string& FileName) {
   const TObjectFileHeader Header = ReadObjectFileHeader(Reader);
   TTypeFile File;
   File.Signature = Header.Signature;
-  const std::array<std::uint16_t, 4> Highest{Header.ObjectCount, Header.OutfitCount,
-                                             Header.EffectCount, Header.MissileCount};
+  const std::array<std::uint16_t, 4> Highest{Header.HighestObject, Header.HighestOutfit,
+                                             Header.HighestEffect, Header.HighestMissile};
   for (TTypeKind Kind : TYPE_KINDS) {
     const int Count = TableSize(Kind, Highest[static_cast<size_t>(Kind)]);
     for (int I = 0; I < Count; ++I) File.Table(Kind).push_back(ReadObjectRecord(Reader));
