@@ -37,6 +37,13 @@ TEST_F(ClockTest, ProgramTimeEndsAfterTwoToTheThirtyFirstMilliseconds) {
   }
 }
 
+TEST_F(ClockTest, TheHelpersReadTheSameClockInTheirUnits) {
+  Advance(2750);
+  EXPECT_EQ(NowSeconds(), 2);
+  EXPECT_EQ(NowMilliseconds(), 2750);
+  EXPECT_EQ(NowMicroseconds(), 2'750'000);
+}
+
 TEST_F(ClockTest, StopwatchMeasuresFromItsLastStart) {
   CStopwatch Watch(EStopwatchResolution::MILLISECONDS);
   EXPECT_FALSE(Watch.isRunning());
@@ -46,6 +53,8 @@ TEST_F(ClockTest, StopwatchMeasuresFromItsLastStart) {
   Watch.stop();
   Advance(100);
   EXPECT_EQ(Watch.elapsed(), 250) << "a stopped watch keeps its reading";
+  Watch.stop();
+  EXPECT_EQ(Watch.elapsed(), 250) << "stopping again changes nothing";
   Watch.start();
   Advance(50);
   EXPECT_EQ(Watch.elapsed(), 50) << "each start begins a new measurement";
