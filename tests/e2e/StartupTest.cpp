@@ -60,6 +60,16 @@ TEST_F(ClientTest, MissingObjectTypesEndWithProgramErrorOne) {
   EXPECT_NE(Client->StandardError().find(Expected), std::string::npos) << Client->StandardError();
 }
 
+TEST_F(ClientTest, TruncatedObjectTypesEndInAReportWithTheReadersText) {
+  const fs::path File = Home.WorkDirectory() / "Kelmo.dat";
+  fs::resize_file(File, fs::file_size(File) - 3);
+  auto Client = StartClient();
+  EXPECT_EQ(Client->WaitExit(20s), 1) << Client->StandardError();
+  const std::string Report = ReadFile(Home.UserDirectory() / "Error.txt");
+  EXPECT_NE(Report.find("Debug Assertion 10.53"), std::string::npos) << Report;
+  EXPECT_NE(Report.find("out of data"), std::string::npos) << Report;
+}
+
 TEST_F(ClientTest, CrashSignalEndsInReportAndErrorFileEntry) {
   auto Client = StartClient();
   ASSERT_FALSE(WaitForWindows(1).empty()) << Client->StandardError();
