@@ -32,6 +32,8 @@ TEST(ServerOptions, Defaults) {
   EXPECT_EQ(Options.Accounts, std::filesystem::path(KELMO_SERVER_DATA_DIR) / "accounts.txt");
   EXPECT_EQ(Options.RsaKey, std::filesystem::path(KELMO_SERVER_DATA_DIR) / "rsa-key.txt");
   EXPECT_FALSE(Options.Log);
+  EXPECT_FALSE(Options.World) << "without a world the server sends none";
+  EXPECT_EQ(Options.Objects.filename(), "Kelmo.dat");
   EXPECT_FALSE(Options.Help);
 }
 
@@ -39,7 +41,8 @@ TEST(ServerOptions, EveryOption) {
   const server::TServerOptions Options = ParseOptions(
       {"--host", "0.0.0.0",    "--login-port", "0",       "--game-port", "65535",           "--accounts",
        "a.txt",  "--rsa-key",  "k.txt",        "--log",   "l.jsonl",     "--ping-interval", "10",
-       "--seed", "4294967295", "--fault",      "silence", "--fault",     "queue",           "--help"});
+       "--seed", "4294967295", "--fault",      "silence", "--fault",     "queue",           "--help",
+       "--world", "w.txt", "--objects", "o.dat"});
   EXPECT_EQ(Options.Settings.Host, "0.0.0.0");
   EXPECT_EQ(Options.Settings.LoginPort, 0);
   EXPECT_EQ(Options.Settings.GamePort, 65535);
@@ -50,6 +53,8 @@ TEST(ServerOptions, EveryOption) {
   EXPECT_EQ(Options.Settings.Seed, 4294967295u);
   EXPECT_EQ(Options.Settings.Faults, (std::set<EFault>{EFault::SILENCE, EFault::QUEUE}));
   EXPECT_TRUE(Options.Help);
+  EXPECT_EQ(Options.World, "w.txt");
+  EXPECT_EQ(Options.Objects, "o.dat");
 }
 
 TEST(ServerOptions, EveryFaultByName) {

@@ -64,6 +64,11 @@ void TMessageWriter::Double(std::string Field, double Value, int Precision) {
   Record(std::move(Field), Value);
 }
 
+void TMessageWriter::Bytes(std::string Field, std::span<const std::uint8_t> Bytes) {
+  if (!Bytes.empty()) m_Writer.WriteBytes(Bytes.data(), static_cast<int>(Bytes.size()));
+  Record(std::move(Field), HexText(Bytes));
+}
+
 std::span<const std::uint8_t> TMessageWriter::Payload() const {
   return {m_Memory.data(), static_cast<std::size_t>(m_Writer.Position)};
 }

@@ -33,6 +33,8 @@ class TMessageWriter {
   void U32(std::string Field, std::uint32_t Value);
   void String(std::string Field, std::string_view Text);
   void Double(std::string Field, double Value, int Precision);
+  // Bytes written as they are, noted as hex.
+  void Bytes(std::string Field, std::span<const std::uint8_t> Bytes);
 
   std::span<const std::uint8_t> Payload() const;
   const std::vector<TCommandRecord>& Messages() const { return m_Messages; }

@@ -271,4 +271,26 @@ std::optional<std::string> GameCommandName(std::uint8_t Type) {
   return Layout->Name;
 }
 
+namespace {
+
+const TFieldValue& FieldValue(const TCommandRecord& Record, std::string_view Name) {
+  for (const TField& Field : Record.Fields)
+    if (Field.Name == Name) return Field.Value;
+  ThrowException("command has no such field", {{"command", Record.Name}, {"field", std::string(Name)}});
+}
+
+}  // namespace
+
+std::int64_t NumberField(const TCommandRecord& Record, std::string_view Name) {
+  const auto* Number = std::get_if<std::int64_t>(&FieldValue(Record, Name));
+  if (Number == nullptr) ThrowException("field is no number", {{"field", std::string(Name)}});
+  return *Number;
+}
+
+const std::string& TextField(const TCommandRecord& Record, std::string_view Name) {
+  const auto* Text = std::get_if<std::string>(&FieldValue(Record, Name));
+  if (Text == nullptr) ThrowException("field is no text", {{"field", std::string(Name)}});
+  return *Text;
+}
+
 }  // namespace server

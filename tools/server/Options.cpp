@@ -15,6 +15,10 @@ const char* const USAGE =
     "  --accounts <file>        accounts, worlds and characters\n"
     "  --rsa-key <file>         the login servers' private RSA key\n"
     "  --log <file>             JSON line log of every command\n"
+    "  --world <file>           send this world to clients that enter it (the demo\n"
+    "                           world is data/world/demo.txt); without it the\n"
+    "                           world is never sent\n"
+    "  --objects <file>         the object types of the world (the built Kelmo.dat)\n"
     "  --ping-interval <s>      send SPING every s seconds in the world (0: never)\n"
     "  --seed <n>               seed of challenges and padding\n"
     "  --fault <name>           misbehave, repeatable: silence, bad-checksum,\n"
@@ -67,6 +71,8 @@ const std::map<std::string, TSetter>& Setters() {
       {"--accounts", [](TServerOptions& O, const std::string&, const std::string& V) { O.Accounts = V; }},
       {"--rsa-key", [](TServerOptions& O, const std::string&, const std::string& V) { O.RsaKey = V; }},
       {"--log", [](TServerOptions& O, const std::string&, const std::string& V) { O.Log = V; }},
+      {"--world", [](TServerOptions& O, const std::string&, const std::string& V) { O.World = V; }},
+      {"--objects", [](TServerOptions& O, const std::string&, const std::string& V) { O.Objects = V; }},
       {"--ping-interval",
        [](TServerOptions& O, const std::string& N, const std::string& V) {
          O.Settings.PingIntervalSeconds = static_cast<int>(Number(N, V, 3600));

@@ -35,6 +35,8 @@ struct TServerOptions {
   std::filesystem::path Accounts = KELMO_SERVER_DATA_DIR "/accounts.txt";
   std::filesystem::path RsaKey = KELMO_SERVER_DATA_DIR "/rsa-key.txt";
   std::optional<std::filesystem::path> Log;
+  std::optional<std::filesystem::path> World;  // none: the world is not sent
+  std::filesystem::path Objects = KELMO_SERVER_OBJECTS;
   bool Help = false;
 };
 

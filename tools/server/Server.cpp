@@ -2,6 +2,7 @@
 
 #include <random>
 
+#include "core/Clock.h"
 #include "core/Exception.h"
 #include "platform/AsyncSocket.h"
 #include "tools/server/Sessions.h"
@@ -37,7 +38,8 @@ std::uint32_t Seed(const TServerSettings& Settings) {
 
 }  // namespace
 
-TServer::TServer(TServerSettings Settings, TAccountBook Accounts, TRsaPrivateKey Key, TServerLog& Log)
+TServer::TServer(TServerSettings Settings, TAccountBook Accounts, TRsaPrivateKey Key, TServerLog& Log,
+                 std::optional<TWorldSetup> World)
     : m_Settings(std::move(Settings)),
       m_Accounts(std::move(Accounts)),
       m_Key(std::move(Key)),
@@ -45,10 +47,13 @@ TServer::TServer(TServerSettings Settings, TAccountBook Accounts, TRsaPrivateKey
       m_Random(Seed(m_Settings)),
       m_LoginListener(std::make_unique<CListener>(*this, EServerKind::LOGIN)),
       m_GameListener(std::make_unique<CListener>(*this, EServerKind::GAME)) {
+  if (World)
+    m_World = std::make_unique<TGameWorld>(std::move(*World), m_Random(),
+                                           [this](const TStepRecord& Step) { m_Log.Step(Step); });
   m_LoginListener->Open(m_Settings.Host, m_Settings.LoginPort);
   m_GameListener->Open(m_Settings.Host, m_Settings.GamePort);
   m_Context = std::make_unique<TServerContext>(
-      TServerContext{m_Settings, m_Accounts, m_Key, m_Log, m_Random, GamePort()});
+      TServerContext{m_Settings, m_Accounts, m_Key, m_Log, m_Random, GamePort(), m_World.get()});
   m_Log.Listening(EServerKind::LOGIN, LoginPort());
   m_Log.Listening(EServerKind::GAME, GamePort());
 }
@@ -72,6 +77,7 @@ void TServer::Accept(CListener& Listener) {
 
 void TServer::Step() {
   PollSocketEvents();
+  if (m_World) m_World->Tick(GetProgramTime());
   for (const auto& Session : m_Sessions) Session->Tick();
   std::erase_if(m_Sessions, [](const auto& Session) { return Session->Finished(); });
 }

@@ -1,9 +1,12 @@
 #pragma once
 // The local server: a login server and a game server on two ports of one
 // host. Step() does all due work without waiting: it takes what the sockets
-// have, answers, and runs the timers by the clock of core/Clock.h.
+// have, answers, moves the world, and runs the timers by the clock of
+// core/Clock.h. Without a world the game server leads its clients into the
+// world and tells them nothing of it.
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "tools/server/Accounts.h"
@@ -11,6 +14,7 @@
 #include "tools/server/Options.h"
 #include "tools/server/RsaKey.h"
 #include "tools/server/ServerLog.h"
+#include "tools/server/World.h"
 
 namespace server {
 
@@ -21,7 +25,8 @@ class CListener;
 class TServer {
  public:
   // Listens on both ports; fails if either can't be had.
-  TServer(TServerSettings Settings, TAccountBook Accounts, TRsaPrivateKey Key, TServerLog& Log);
+  TServer(TServerSettings Settings, TAccountBook Accounts, TRsaPrivateKey Key, TServerLog& Log,
+          std::optional<TWorldSetup> World = std::nullopt);
   ~TServer();
   TServer(const TServer&) = delete;
   TServer& operator=(const TServer&) = delete;
@@ -40,6 +45,7 @@ class TServer {
   TRsaPrivateKey m_Key;
   TServerLog& m_Log;
   TRandom m_Random;
+  std::unique_ptr<TGameWorld> m_World;  // before the sessions, which leave it when they end
   std::unique_ptr<CListener> m_LoginListener;
   std::unique_ptr<CListener> m_GameListener;
   std::unique_ptr<TServerContext> m_Context;

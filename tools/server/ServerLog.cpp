@@ -83,6 +83,13 @@ void TServerLog::Sent(int Connection, EServerKind Kind, const TCommandRecord& Me
          false);
 }
 
+void TServerLog::Step(const TStepRecord& Step) {
+  m_Sink(Head(0, EServerKind::GAME) + ",\"step\":{\"creature\":" + std::to_string(Step.CreatureId) +
+             ",\"from\":" + PositionText(Step.From) + ",\"to\":" + PositionText(Step.To) +
+             ",\"ends\":" + std::to_string(Step.EndTime) + "}}",
+         false);
+}
+
 void TServerLog::Error(int Connection, EServerKind Kind, const TMyException& Failure,
                        std::string_view Command) {
   ++m_Errors;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/Exception.h"
+#include "tools/server/World.h"
 
 namespace server {
 
@@ -42,6 +43,8 @@ class TServerLog {
   void Event(int Connection, EServerKind Kind, std::string_view Event);
   void Received(int Connection, EServerKind Kind, const TCommandRecord& Command);
   void Sent(int Connection, EServerKind Kind, const TCommandRecord& Message);
+  // A step that the world performed, and when the walk ends.
+  void Step(const TStepRecord& Step);
   // Command is the name of the command being read, empty if unknown.
   void Error(int Connection, EServerKind Kind, const TMyException& Failure, std::string_view Command);
   int ErrorCount() const { return m_Errors; }

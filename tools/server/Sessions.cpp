@@ -21,13 +21,8 @@ constexpr std::string_view ADMIN_ADVICE_TEXT = "A notice from the login server."
 constexpr std::string_view LOGIN_FAULT_TEXT = "The game server turns every login away.";
 constexpr std::string_view LOGIN_ADVICE_TEXT = "A notice from the game server.";
 constexpr std::string_view QUEUE_TEXT = "The game world is full. You are number 1 in the queue.";
+constexpr std::string_view ALREADY_IN_TEXT = "This character is in the game world already.";
 constexpr std::uint8_t QUEUE_SECONDS = 3;
-
-// Walking times: a beat of 50 ms, and the speed formula's parameters.
-constexpr std::uint16_t BEAT = 50;
-constexpr double SPEED_A = 857.36;
-constexpr double SPEED_B = 261.29;
-constexpr double SPEED_C = -4795.01;
 
 std::string LoginCommandName(std::uint8_t Type) {
   if (Type == CLOGINADMIN) return "CLOGINADMIN";
@@ -231,8 +226,15 @@ bool TGameSession::WriteLoginAnswer(TMessageWriter& Writer, const TLoginRequest&
     WriteLoginError(Writer, NO_CHARACTER_TEXT);
     return false;
   }
+  if (m_Context.World != nullptr && m_Context.World->Find(Character->CreatureId) != nullptr) {
+    WriteLoginError(Writer, ALREADY_IN_TEXT);
+    return false;
+  }
   if (m_Context.Has(EFault::LOGIN_ADVICE)) WriteLoginAdvice(Writer, LOGIN_ADVICE_TEXT);
-  WriteLoginSuccess(Writer, {Character->CreatureId, BEAT, SPEED_A, SPEED_B, SPEED_C, true, true});
+  m_CreatureId = Character->CreatureId;
+  m_CharacterName = Character->Name;
+  const TSpeedFormula& Speed = SPEED_FORMULA;
+  WriteLoginSuccess(Writer, {Character->CreatureId, Speed.Beat, Speed.A, Speed.B, Speed.C, true, true});
   if (!m_Context.Has(EFault::CLOSE_AFTER_LOGIN)) WritePendingStateEntered(Writer);
   return true;
 }
@@ -256,9 +258,11 @@ void TGameSession::OnCommand(std::span<const std::uint8_t> Payload) {
       SendEnciphered(Writer);
       break;
     case CQUITGAME:
+      m_WorldClient.reset();
       CloseSoon();
       break;
-    default:  // read and logged; nothing acts on it yet
+    default:  // read and logged; the world acts on its own commands
+      if (m_WorldClient) m_WorldClient->Execute(Command);
       break;
   }
 }
@@ -266,11 +270,21 @@ void TGameSession::OnCommand(std::span<const std::uint8_t> Payload) {
 void TGameSession::EnterWorld() {
   TMessageWriter Writer;
   WriteWorldEntered(Writer);
+  if (m_Context.World != nullptr) {
+    if (!m_WorldClient)
+      m_WorldClient = std::make_unique<TWorldClient>(*m_Context.World, m_CreatureId, m_CharacterName,
+                                                     [this](const TMessageWriter& W) { SendFromWorld(W); });
+    m_WorldClient->WriteMap(Writer);
+  }
   SendEnciphered(Writer);
   if (!m_InWorld)
     m_NextPing = NowMilliseconds() + m_Context.Settings.PingIntervalSeconds * std::int64_t{1000};
   m_InWorld = true;
   m_Silent = m_Context.Has(EFault::SILENCE);
+}
+
+void TGameSession::SendFromWorld(const TMessageWriter& Writer) {
+  if (Open() && !m_Silent) Guarded([&] { SendEnciphered(Writer); });
 }
 
 void TGameSession::OnTimer(std::int64_t Now) {

@@ -18,6 +18,8 @@
 #include "tools/server/Options.h"
 #include "tools/server/RsaKey.h"
 #include "tools/server/ServerLog.h"
+#include "tools/server/World.h"
+#include "tools/server/WorldClient.h"
 
 namespace server {
 
@@ -29,6 +31,7 @@ struct TServerContext {
   TServerLog& Log;
   TRandom& Random;
   std::uint16_t GamePort;
+  TGameWorld* World = nullptr;  // none: the world is not sent
   bool QueueSpent = false;  // the queue fault holds back the first game login only
 
   bool Has(EFault Fault) const { return Settings.Faults.contains(Fault); }
@@ -61,12 +64,17 @@ class TSession {
   virtual void OnCommand(std::span<const std::uint8_t> Payload) = 0;
   virtual void OnTimer(std::int64_t) {}
 
+  // Runs the action; a failure is logged and closes the connection.
+  template <typename TAction>
+  void Guarded(TAction&& Action);
+
   // Plain until the session key is set, enciphered after.
   void Send(const TMessageWriter& Writer, bool SpoilChecksum = false);
   void SetSessionKey(const std::array<std::uint8_t, SESSION_KEY_SIZE>& Key);
   // Shuts down sending, and closes when the client has gone or after a grace time.
   void CloseSoon();
   bool Closing() const { return m_Phase == EPhase::CLOSING; }
+  bool Open() const { return m_Phase == EPhase::OPEN; }
   void Received(const TCommandRecord& Command);
 
   TServerContext& m_Context;
@@ -75,9 +83,6 @@ class TSession {
   enum class EPhase { OPEN, CLOSING, FINISHED };
 
   void HandlePacket(std::span<const std::uint8_t> Packet);
-  // Runs the action; a failure is logged and closes the connection.
-  template <typename TAction>
-  void Guarded(TAction&& Action);
   void Close(std::string_view Why);
 
   EServerKind m_Kind;
@@ -119,6 +124,8 @@ class TGameSession : public TSession {
   bool WriteLoginAnswer(TMessageWriter& Writer, const TLoginRequest& Request);
   void SendEnciphered(const TMessageWriter& Writer);
   void EnterWorld();
+  // What the world tells this client, unless it has nothing to hear.
+  void SendFromWorld(const TMessageWriter& Writer);
 
   std::uint32_t m_ChallengeTime = 0;
   std::uint8_t m_ChallengeValue = 0;
@@ -126,6 +133,9 @@ class TGameSession : public TSession {
   bool m_InWorld = false;
   bool m_Silent = false;
   std::int64_t m_NextPing = 0;
+  std::uint32_t m_CreatureId = 0;
+  std::string m_CharacterName;
+  std::unique_ptr<TWorldClient> m_WorldClient;
 };
 
 }  // namespace server

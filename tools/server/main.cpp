@@ -11,6 +11,7 @@
 #include "platform/Signals.h"
 #include "tools/server/Options.h"
 #include "tools/server/Server.h"
+#include "tools/server/WorldFile.h"
 
 namespace {
 
@@ -28,8 +29,12 @@ int Run(const server::TServerOptions& Options) {
     if (LogFile.is_open()) LogFile << Line << std::endl;
     if (IsError) std::cerr << Line << std::endl;
   });
+  std::optional<server::TWorldSetup> World;
+  if (Options.World)
+    World = server::LoadWorld(*Options.World, std::make_shared<const server::TObjectTypes>(
+                                                  server::LoadObjectTypes(Options.Objects)));
   server::TServer Server(Options.Settings, server::LoadAccountBook(Options.Accounts),
-                         server::LoadRsaKey(Options.RsaKey), Log);
+                         server::LoadRsaKey(Options.RsaKey), Log, std::move(World));
   std::cout << "login port " << Server.LoginPort() << "\ngame port " << Server.GamePort() << std::endl;
   while (!platform::TakeCloseRequest()) {
     Server.Step();
