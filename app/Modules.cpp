@@ -8,8 +8,12 @@
 #include "net/Connection.h"
 #include "net/Login.h"
 #include "net/Random.h"
+#include "world/Creatures.h"
+#include "world/Map.h"
 #include "world/Objects.h"
+#include "world/PlayerMessages.h"
 #include "world/Status.h"
+#include "world/WorldMessages.h"
 
 namespace {
 
@@ -32,6 +36,8 @@ void InitModules(bool Gamemaster) try {
   InitRandom();
   InitObjects();
   InitSprites();
+  InitMap(CreatureLeftMap);
+  InitCreatures();
   InitStatus(Gamemaster);
   LoadConfiguration();
   InitPictures();
@@ -39,6 +45,8 @@ void InitModules(bool Gamemaster) try {
   SetPaddingSource(GetRandomByte);
   InitConnection();
   InitLogin(Gamemaster);
+  InstallWorldMessageReaders();
+  InstallPlayerMessageReaders();
 } catch (...) {
   RethrowGuarded();
 }
@@ -50,6 +58,8 @@ void ShutdownModules() try {
   ExitConnection();
   ExitNetwork();
   ExitStatus();
+  ExitCreatures();
+  ExitMap();
   ExitObjects();
   ExitPreferences();
   ExitRandom();

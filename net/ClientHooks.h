@@ -20,6 +20,8 @@ struct TClientHooks {
   std::function<void()> SaveConfiguration;
   // Sends the player's combat tactics on entering the world.
   std::function<void()> SendTactics;
+  // Brings the open container and trade windows up to date.
+  std::function<void()> UpdateSideBars;
 };
 
 TClientHooks& ClientHooks();

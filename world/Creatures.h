@@ -61,5 +61,41 @@ TCreature* FindCreatureByName(const std::string& Name);
 void SetTrappers(const std::vector<std::uint32_t>& CreatureIDs);
 bool IsTrapper(std::uint32_t CreatureID);
 
+// A full map: no creature stands on the map until the description says so.
+void MarkAllCreaturesOffMap();
 // The map store's callback: the creature's object has left the map.
 void CreatureLeftMap(std::uint32_t CreatureID);
+
+// The own character's record, null before the server has described it.
+TCreature* FindPlayer();
+bool IsPlayer(const TCreature& Creature);
+
+// A new position ends a running step's picture at once.
+void SetCreaturePosition(TCreature& Creature, int X, int Y, int Z);
+// A flash of the creature's square for a second.
+void SetMark(TCreature& Creature, int Color);
+// Waypoints per second at the creature's speed, by the session's formula.
+int GetVelocity(const TCreature& Creature);
+// Starts the picture of a step of dx, dy fields over a ground of Waypoints;
+// the player's step confirms or replaces the predicted one.
+void MoveCreature(TCreature& Creature, int dx, int dy, int Waypoints);
+
+// The player's own walk: the step started ahead of the server, and the list
+// of steps of an automatic walk.
+struct TWalkState {
+  int PredictedDx = 0, PredictedDy = 0;
+  int PredictedDirection = 0;
+  std::array<int, 10> Steps{};  // step codes: 1 east, then anticlockwise to 8 south-east
+  int Number = 0;
+  int Step = 0;
+  int DestX = 0, DestY = 0, DestZ = 0;
+  bool MustReach = false, ForceDiagonal = false;
+  bool RecalculatePending = false;
+};
+const TWalkState& GetWalkState();
+void StopAutoWalk();
+void CancelPrediction();
+// The server refused a step; true if the path is to be sent again.
+bool HandleSnapback(int NewDirection);
+// 1 if a new path was found and is to be sent, else 0.
+int CalculateNextPath();
