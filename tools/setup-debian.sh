@@ -6,7 +6,9 @@ set -eu
 PACKAGES="build-essential cmake ninja-build pkg-config
 libsdl2-dev libgl-dev libgl1-mesa-dri
 libboost-dev libgtest-dev libgmock-dev libbenchmark-dev
-xvfb xdotool x11-utils xauth"
+libfreetype-dev fonts-dejavu-core fonts-dejavu-extra
+xvfb xdotool x11-utils xauth
+libpng-dev"
 
 missing=""
 for package in $PACKAGES; do

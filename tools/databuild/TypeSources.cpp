@@ -36,6 +36,7 @@ int DefaultDisplaySize(const TObjectRecord& Record) {
 struct TSourceRecord {
   TObjectRecord Record;
   bool HasSprites = false;
+  std::string Art;
 };
 
 // The parts of a record's picture that are checked once the record is closed.
@@ -48,7 +49,7 @@ struct TPictureSettings {
 class TSourceParser {
  public:
   void Parse(const std::string& FileName);
-  TTypeFile Finish();
+  TTypeSources Finish();
 
  private:
   void Statement();
@@ -150,6 +151,10 @@ bool TSourceParser::PictureProperty(const std::string& Name, TSourceRecord& Sour
     Record.PatternWidth = Patterns[0];
     Record.PatternHeight = Patterns[1];
     Record.PatternDepth = Patterns[2];
+  } else if (Name == "art") {
+    if (!Source.Art.empty()) m_Reader.error("art given twice");
+    Source.Art = m_Reader.readString();
+    if (Source.Art.empty()) m_Reader.error("art name expected");
   } else if (Name == "sprites") {
     m_Reader.readSymbol('(');
     do {
@@ -244,6 +249,9 @@ void TSourceParser::CheckPicture(TSourceRecord& Source, const TPictureSettings& 
     m_Reader.error("start phase out of range");
   }
   Record.Animation.StartPhase = static_cast<std::int8_t>(Picture.StartPhase - 1);
+  if (Source.HasSprites && !Source.Art.empty()) {
+    m_Reader.error("art draws the sprites that it is given: no sprites with art");
+  }
   const long long Count = SpriteCount(Record);
   if (Count > MAX_SPRITES_PER_TYPE) m_Reader.error("more than 16384 sprites");
   if (Source.HasSprites && static_cast<long long>(Record.Sprites.size()) != Count) {
@@ -292,18 +300,19 @@ bool TSourceParser::ListGoesOn() {
 }
 
 // Sprite numbers are handed out in file order, whatever the order of the sources.
-TTypeFile TSourceParser::Finish() {
+TTypeSources TSourceParser::Finish() {
   if (!m_Signature.has_value()) ThrowException("no signature in the sources");
-  TTypeFile File;
-  File.Signature = *m_Signature;
+  TTypeSources Result;
+  Result.File.Signature = *m_Signature;
   TSpriteCounter Counter;
   for (TTypeKind Kind : TYPE_KINDS) {
     for (TSourceRecord& Source : m_Tables[static_cast<size_t>(Kind)]) {
       if (!Source.HasSprites) Source.Record.Sprites = Counter.Take(SpriteCount(Source.Record));
-      File.Table(Kind).push_back(std::move(Source.Record));
+      Result.File.Table(Kind).push_back(std::move(Source.Record));
+      Result.Art[static_cast<size_t>(Kind)].push_back(std::move(Source.Art));
     }
   }
-  return File;
+  return Result;
 }
 
 // ---- the dump
@@ -380,10 +389,14 @@ void WritePicture(const TObjectRecord& R, TSpriteCounter& Counter, std::ostream&
 
 }  // namespace
 
-TTypeFile ReadTypeSources(const std::vector<std::string>& FileNames) {
+TTypeSources ReadTypeSourcesWithArt(const std::vector<std::string>& FileNames) {
   TSourceParser Parser;
   for (const std::string& FileName : FileNames) Parser.Parse(FileName);
   return Parser.Finish();
+}
+
+TTypeFile ReadTypeSources(const std::vector<std::string>& FileNames) {
+  return ReadTypeSourcesWithArt(FileNames).File;
 }
 
 void WriteTypeSource(const TTypeFile& File, std::ostream& Out) {
