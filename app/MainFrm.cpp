@@ -6,6 +6,7 @@
 #include "core/MessageQueue.h"
 #include "core/Preferences.h"
 #include "core/ProgramState.h"
+#include "graphics/Engines.h"
 #include "net/Connection.h"
 
 // The packet history starts empty with the network module's state.
@@ -67,6 +68,7 @@ void CMainFrame::OnCloseRequest() {
     return;
   }
   OnDestroy();
+  ShutdownSurface();
   m_Window.reset();
   ShutdownModules();
 }
@@ -102,5 +104,15 @@ void CMainFrame::OnActivate(bool) {
 void CMainFrame::OnMouseMove(int, int, int) {}
 void CMainFrame::OnMouseButton(int, bool, int, int, int, int) {}
 void CMainFrame::OnMouseWheel(int, int, int, int) {}
-void CMainFrame::OnKey(int, bool, int) {}
+// Print Screen is no key of the game: it takes a screenshot.
+void CMainFrame::OnKey(int KeyCode, bool Down, int) {
+  if (Down && KeyCode == platform::KEY_PRINT_SCREEN) m_ScreenshotRequested = true;
+}
+
+bool CMainFrame::TakeScreenshotRequest() {
+  const bool Requested = m_ScreenshotRequested;
+  m_ScreenshotRequested = false;
+  return Requested;
+}
+
 void CMainFrame::OnText(const std::string&) {}

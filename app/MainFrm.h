@@ -25,6 +25,8 @@ class CMainFrame : public platform::IWindowEvents {
   // Ends the program from the queue: the close can no longer be refused.
   void Terminate();
   void ApplyCursorShape(int Shape);
+  // True once after the screenshot key was pressed.
+  bool TakeScreenshotRequest();
 
   void OnCloseRequest() override;
   void OnSize(int Width, int Height) override;
@@ -46,4 +48,5 @@ class CMainFrame : public platform::IWindowEvents {
   bool m_Maximised = false;
   bool m_EndConfirmed = false;
   int m_AppliedCursorShape = 0;
+  bool m_ScreenshotRequested = false;
 };

@@ -61,6 +61,7 @@ void ShutdownModules() try {
   ExitCreatures();
   ExitMap();
   ExitObjects();
+  ExitGraphics();
   ExitPreferences();
   ExitRandom();
 } catch (...) {

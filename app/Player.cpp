@@ -13,6 +13,8 @@
 #include "app/MainLoop.h"
 #include "core/Preferences.h"
 #include "core/SystemInformation.h"
+#include "graphics/Engines.h"
+#include "graphics/Screenshot.h"
 #include "net/AccountManager.h"
 #include "net/ClientHooks.h"
 #include "net/Commands.h"
@@ -22,13 +24,12 @@
 #include "platform/InstanceLock.h"
 #include "platform/Shell.h"
 #include "platform/Signals.h"
+#include "world/WorldMessages.h"
 
 namespace {
 
 constexpr auto TICK_PERIOD = std::chrono::milliseconds(100);
 constexpr std::int64_t THROTTLE_MILLISECONDS = 51;
-// Until the drawing surface brings its frame limiter, frames are paced here.
-constexpr std::int64_t STAND_IN_FRAME_NANOSECONDS = 16'000'000;
 
 // The cursor shape that the action state asks for, 0 if it asks for none.
 int CursorShapeOfAction(int ActionState) {
@@ -88,11 +89,29 @@ void CPlayerApp::InitSteps() {
     throw PROGRAM_ERROR::ALREADY_RUNNING;
   }
   InstallClientHooks();
-  RedrawNow();
+  StartDrawing();
   m_Frame->Show();
   m_MousePosition = m_Frame->Window().GetMousePosition();
   MessageQueue().Post(MSG_ERROR_REPORT);
   StartAutoLogin();
+}
+
+// The engine is chosen for the window and started; the surfaces and the
+// video cache come with the first frame. Any failure here that isn't the
+// program's own is program error 13.
+void CPlayerApp::StartDrawing() {
+  try {
+    SelectEngine(m_ForcedEngine, m_Frame->Window());
+    GetSurface()->Startup();
+    platform::InstallScreenshotSignal();
+    RedrawNow();
+  } catch (const TMyException&) {
+    throw;
+  } catch (const PROGRAM_ERROR&) {
+    throw;
+  } catch (...) {
+    throw PROGRAM_ERROR::SURFACE_ALLOCATION_FAILED;
+  }
 }
 
 int CPlayerApp::Run() {
@@ -192,7 +211,10 @@ void CPlayerApp::InstallClientHooks() {
   };
   Hooks.RedrawNow = [this] { RedrawNow(); };
   Hooks.IsGameView = [this] { return m_GameView; };
-  Hooks.EnterGameView = [this](std::uint32_t) { m_GameView = true; };
+  Hooks.EnterGameView = [this](std::uint32_t) {
+    PrepareWorldForGame();
+    m_GameView = true;
+  };
   Hooks.LeaveGameView = [this] { m_GameView = false; };
   Hooks.SaveConfiguration = [] { SavePreferences(); };
   // The PvP mode starts every game as 0.
@@ -209,6 +231,9 @@ void CPlayerApp::RunMainStepThrottled(bool Force) {
   MainStep();
 }
 
+// One frame: the surface is validated (a failing engine gives way to engine
+// 0), the frame drawn and presented under the frame limiter. A requested
+// screenshot is taken from the frame as presented.
 void CPlayerApp::RedrawNow() {
   if (!m_Frame || !m_Frame->IsOpen()) return;
   platform::CWindow& Window = m_Frame->Window();
@@ -216,11 +241,17 @@ void CPlayerApp::RedrawNow() {
     platform::SleepFor(std::chrono::milliseconds(10));
     return;
   }
-  Window.ClearAndPresent(0, 0, 0);
-  const std::int64_t Now = platform::MonotonicNanoseconds();
-  const std::int64_t Left = m_LastFrameEnd + STAND_IN_FRAME_NANOSECONDS - Now;
-  if (Left > 0) platform::SleepFor(std::chrono::milliseconds(Left / 1'000'000));
-  m_LastFrameEnd = platform::MonotonicNanoseconds();
+  if (!StartFrame(Window)) return;
+  CSurface& Surface = *GetSurface();
+  // The element tree draws here once it exists; until then the screen is plain.
+  Surface.ClearSurface(SCREEN_SURFACE, {0, 0, 0}, 255);
+  const bool Screenshot = m_Frame->TakeScreenshotRequest() || platform::TakeScreenshotRequest();
+  if (Screenshot) Surface.RequestCapture();
+  FinishFrame();
+  if (const std::optional<TImage> Capture = Surface.TakeCapture()) {
+    const std::string FileName = SaveScreenshot(*Capture);
+    LogInfo(FileName.empty() ? "screenshot could not be written" : "screenshot " + FileName);
+  }
 }
 
 void CPlayerApp::FinishPatchOnExit() {

@@ -33,6 +33,7 @@ class CPlayerApp : public IMessageHost {
   void Terminate(bool Patch) override;
 
   void InitSteps();
+  void StartDrawing();
   void InstallClientHooks();
   void InstallReportSources();
   void PumpOnce();
@@ -44,7 +45,6 @@ class CPlayerApp : public IMessageHost {
   CMessageHandler m_Messages;
   std::array<int, 2> m_MousePosition{-1, -1};
   std::int64_t m_LastThrottledRun = 0;
-  std::int64_t m_LastFrameEnd = 0;
   int m_ForcedEngine = -1;
   bool m_PatchOnExit = false;
   bool m_GameView = false;

@@ -2,14 +2,53 @@
 
 #include <SDL.h>
 
+#include <csignal>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 
 #include "platform/MessageBox.h"
 
 namespace platform {
 
+static_assert(KEY_PRINT_SCREEN == SDLK_PRINTSCREEN);
+
 namespace {
+
+// The simulated faults of OpenGL; see CGLContext.
+bool OpenGLAbsent = false;
+bool OpenGLLost = false;
+long LoseOpenGLAfterSwaps = -1;
+long SwapCount = 0;
+
+volatile std::sig_atomic_t ScreenshotRequested = 0;
+
+void OnScreenshotSignal(int) { ScreenshotRequested = 1; }
+
+void ReadOpenGLFaults() {
+  const char* Absent = std::getenv("KELMO_NO_OPENGL");
+  OpenGLAbsent = Absent != nullptr && std::strcmp(Absent, "1") == 0;
+  const char* After = std::getenv("KELMO_LOSE_OPENGL_AFTER");
+  LoseOpenGLAfterSwaps = After != nullptr ? std::atol(After) : -1;
+}
+
+// The window's visual is chosen when it is made, so the context's wishes go first.
+void SetContextAttributes() {
+  SDL_GL_SetAttribute(SDL_GL_RED_SIZE, 8);
+  SDL_GL_SetAttribute(SDL_GL_GREEN_SIZE, 8);
+  SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, 8);
+  SDL_GL_SetAttribute(SDL_GL_ALPHA_SIZE, 8);
+  SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 0);
+  SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+  SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 2);
+  SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 1);
+}
+
+SDL_Window* MakeWindow(const std::string& Title, int Width, int Height, bool OpenGL) {
+  const Uint32 Flags = SDL_WINDOW_HIDDEN | SDL_WINDOW_RESIZABLE | (OpenGL ? SDL_WINDOW_OPENGL : 0);
+  return SDL_CreateWindow(Title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, Width, Height,
+                          Flags);
+}
 
 int ModifierBits(Uint16 Mod) {
   int Bits = 0;
@@ -146,6 +185,8 @@ bool CWindow::InitDisplay(const std::string& ClassName, std::string& Error) {
     Error = SDL_GetError();
     return false;
   }
+  ReadOpenGLFaults();
+  SetContextAttributes();
   return true;
 }
 
@@ -157,9 +198,24 @@ std::array<int, 2> CWindow::DesktopSize() {
   return {Mode.w, Mode.h};
 }
 
-CWindow::CWindow(const std::string& Title, int Width, int Height)
-    : m_Window(SDL_CreateWindow(Latin1ToUtf8(Title).c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
-                                Width, Height, SDL_WINDOW_HIDDEN | SDL_WINDOW_RESIZABLE)) {}
+// A display without OpenGL still gets a window, for drawing without it.
+std::vector<std::array<int, 4>> CWindow::DisplayModes() {
+  std::vector<std::array<int, 4>> Modes;
+  const int Count = SDL_GetNumDisplayModes(0);
+  for (int Index = 0; Index < Count; ++Index) {
+    SDL_DisplayMode Mode{};
+    if (SDL_GetDisplayMode(0, Index, &Mode) != 0) continue;
+    Modes.push_back({Mode.w, Mode.h, static_cast<int>(SDL_BITSPERPIXEL(Mode.format)), Mode.refresh_rate});
+  }
+  return Modes;
+}
+
+CWindow::CWindow(const std::string& Title, int Width, int Height) {
+  const std::string Text = Latin1ToUtf8(Title);
+  if (!OpenGLAbsent) m_Window = MakeWindow(Text, Width, Height, true);
+  m_OpenGL = m_Window != nullptr;
+  if (m_Window == nullptr) m_Window = MakeWindow(Text, Width, Height, false);
+}
 
 CWindow::~CWindow() {
   if (m_Window != nullptr) SDL_DestroyWindow(m_Window);
@@ -221,11 +277,68 @@ std::array<int, 2> CWindow::GetMousePosition() const {
   return {X, Y};
 }
 
-void CWindow::ClearAndPresent(int Red, int Green, int Blue) {
-  SDL_Surface* Surface = SDL_GetWindowSurface(m_Window);
-  if (Surface == nullptr) return;
-  SDL_FillRect(Surface, nullptr, SDL_MapRGB(Surface->format, Red, Green, Blue));
-  SDL_UpdateWindowSurface(m_Window);
+std::array<int, 2> CWindow::GetClientSize() const {
+  int Width = 0, Height = 0;
+  SDL_GetWindowSize(m_Window, &Width, &Height);
+  return {Width, Height};
+}
+
+bool CWindow::PresentPixels(const std::uint32_t* Pixels, int Width, int Height, int Pitch) {
+  SDL_Surface* Target = SDL_GetWindowSurface(m_Window);
+  if (Target == nullptr) return false;
+  SDL_Surface* Source = SDL_CreateRGBSurfaceWithFormatFrom(const_cast<std::uint32_t*>(Pixels), Width,
+                                                           Height, 32, Pitch * 4, SDL_PIXELFORMAT_XRGB8888);
+  if (Source == nullptr) return false;
+  SDL_SetSurfaceBlendMode(Source, SDL_BLENDMODE_NONE);
+  const bool Copied = SDL_BlitSurface(Source, nullptr, Target, nullptr) == 0;
+  SDL_FreeSurface(Source);
+  return Copied && SDL_UpdateWindowSurface(m_Window) == 0;
+}
+
+CGLContext::CGLContext(CWindow& Window) : m_Window(Window.Handle()) {
+  if (OpenGLAbsent || OpenGLLost || !Window.SupportsOpenGL()) {
+    m_Error = "no OpenGL on this display";
+    return;
+  }
+  m_Context = SDL_GL_CreateContext(m_Window);
+  if (m_Context == nullptr) m_Error = SDL_GetError();
+}
+
+CGLContext::~CGLContext() {
+  if (m_Context == nullptr) return;
+  SDL_GL_MakeCurrent(m_Window, nullptr);
+  SDL_GL_DeleteContext(m_Context);
+}
+
+bool CGLContext::IsLost() const { return OpenGLLost; }
+
+void CGLContext::MakeCurrent() { SDL_GL_MakeCurrent(m_Window, m_Context); }
+
+void CGLContext::SwapBuffers() {
+  SDL_GL_SwapWindow(m_Window);
+  if (LoseOpenGLAfterSwaps >= 0 && ++SwapCount >= LoseOpenGLAfterSwaps) OpenGLLost = true;
+}
+
+void* CGLContext::GetProcAddress(const char* Name) { return SDL_GL_GetProcAddress(Name); }
+
+void CGLContext::SimulateOpenGLAbsent(bool Absent) {
+  OpenGLAbsent = Absent;
+  OpenGLLost = false;
+}
+
+void CGLContext::SimulateOpenGLLoss() { OpenGLLost = true; }
+
+void InstallScreenshotSignal() {
+  struct sigaction Action {};
+  Action.sa_handler = OnScreenshotSignal;
+  sigemptyset(&Action.sa_mask);
+  sigaction(SIGUSR1, &Action, nullptr);
+}
+
+bool TakeScreenshotRequest() {
+  if (ScreenshotRequested == 0) return false;
+  ScreenshotRequested = 0;
+  return true;
 }
 
 CCursors::CCursors() {

@@ -2,11 +2,14 @@
 // The window system stand-in: one top-level window, its events, cursors,
 // message boxes and the clipboard, all on the loop's thread.
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 struct SDL_Window;
 struct SDL_Cursor;
+typedef void* SDL_GLContext;
 
 namespace platform {
 
@@ -16,6 +19,9 @@ enum : int {
   MODIFIER_CTRL = 0x400,
   MODIFIER_ALT = 0x800,
 };
+
+// The key code of Print Screen as OnKey reports it: the screenshot key.
+constexpr int KEY_PRINT_SCREEN = 0x40000046;
 
 class IWindowEvents {
  public:
@@ -43,6 +49,8 @@ class CWindow {
   static void ShutdownDisplay();
   // Width and height of the desktop of the first screen.
   static std::array<int, 2> DesktopSize();
+  // The display modes of the first screen: width, height, bits, refresh rate.
+  static std::vector<std::array<int, 4>> DisplayModes();
 
   // Creates the window hidden, centred, with the given client size.
   // The class name is set for the display by InitDisplay.
@@ -68,12 +76,55 @@ class CWindow {
   // Mouse position in client coordinates.
   std::array<int, 2> GetMousePosition() const;
 
-  // Stand-in presentation until the drawing engines exist: fill and show.
-  void ClearAndPresent(int Red, int Green, int Blue);
+  // Size of the client area in pixels.
+  std::array<int, 2> GetClientSize() const;
+  // Whether the window can carry an OpenGL context (it was made for one).
+  bool SupportsOpenGL() const { return m_OpenGL; }
+  // Copies 0x00RRGGBB pixels, rows of Pitch pixels, into the window's own
+  // pixels and shows them, without OpenGL; false if the window has none.
+  bool PresentPixels(const std::uint32_t* Pixels, int Width, int Height, int Pitch);
+
+  SDL_Window* Handle() const { return m_Window; }
 
  private:
   SDL_Window* m_Window = nullptr;
+  bool m_OpenGL = false;
 };
+
+// An OpenGL context on a window: double buffer, 8 bits for each of red,
+// green, blue and alpha, the legacy fixed-function profile.
+//
+// Tests simulate a machine without OpenGL and a context lost while running,
+// in the process (SimulateOpenGLAbsent, SimulateOpenGLLoss) or by environment:
+// KELMO_NO_OPENGL=1, and KELMO_LOSE_OPENGL_AFTER=<n> to lose it after n frames.
+class CGLContext {
+ public:
+  explicit CGLContext(CWindow& Window);
+  ~CGLContext();
+  CGLContext(const CGLContext&) = delete;
+  CGLContext& operator=(const CGLContext&) = delete;
+
+  bool IsValid() const { return m_Context != nullptr; }
+  // True once the context can no longer draw; only a new one may help.
+  bool IsLost() const;
+  const std::string& Error() const { return m_Error; }
+  void MakeCurrent();
+  void SwapBuffers();
+
+  static void* GetProcAddress(const char* Name);
+  static void SimulateOpenGLAbsent(bool Absent);
+  static void SimulateOpenGLLoss();
+
+ private:
+  SDL_Window* m_Window = nullptr;
+  SDL_GLContext m_Context = nullptr;
+  std::string m_Error;
+};
+
+// SIGUSR1 asks for a screenshot of the next presented frame, as the key does.
+void InstallScreenshotSignal();
+// True once per received signal.
+bool TakeScreenshotRequest();
 
 // Cursor shapes: 1 arrow, 2 vertical resize, 3 wait, 4 and 5 the program's
 // first own cursor, 6 its second.
