@@ -1,5 +1,7 @@
 #include "core/Clock.h"
 
+#include <chrono>
+
 #include "core/Exception.h"
 #include "platform/Clock.h"
 
@@ -8,10 +10,11 @@ namespace {
 struct TClockState {
   std::shared_ptr<const TClockSource> Source;
   std::int64_t StartNanoseconds = 0;
+  std::shared_ptr<const TClockSource> Calendar;
 };
 
 TClockState& Clock() {
-  static TClockState State{nullptr, platform::MonotonicNanoseconds()};
+  static TClockState State{nullptr, platform::MonotonicNanoseconds(), nullptr};
   return State;
 }
 
@@ -30,6 +33,14 @@ std::int64_t NowNanoseconds() {
 std::int64_t NowSeconds() { return NowNanoseconds() / 1'000'000'000; }
 std::int64_t NowMilliseconds() { return NowNanoseconds() / 1'000'000; }
 std::int64_t NowMicroseconds() { return NowNanoseconds() / 1'000; }
+
+void SetCalendarSource(std::shared_ptr<const TClockSource> Source) { Clock().Calendar = std::move(Source); }
+
+std::int64_t CalendarSeconds() {
+  const auto& Source = Clock().Calendar;
+  if (Source) return Source->NowNanoseconds() / 1'000'000'000;
+  return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
 
 int GetProgramTime() {
   const std::int64_t Milliseconds = (NowNanoseconds() - Clock().StartNanoseconds) / 1'000'000;

@@ -13,6 +13,7 @@ class TClockSource {
 // A clock that only moves when told to.
 class TManualClock : public TClockSource {
  public:
+  explicit TManualClock(std::int64_t StartNanoseconds = 0) : m_Now(StartNanoseconds) {}
   std::int64_t NowNanoseconds() const override { return m_Now; }
   void AdvanceMilliseconds(std::int64_t Milliseconds) { m_Now += Milliseconds * 1'000'000; }
 
@@ -30,6 +31,11 @@ int GetProgramTime();
 std::int64_t NowSeconds();
 std::int64_t NowMilliseconds();
 std::int64_t NowMicroseconds();
+
+// The calendar: seconds since 1970, from its own source, which tests replace
+// (null: the system's clock). Unrelated to program time.
+void SetCalendarSource(std::shared_ptr<const TClockSource> Source);
+std::int64_t CalendarSeconds();
 
 enum class EStopwatchResolution : std::int64_t {
   SECONDS = 1,

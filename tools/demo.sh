@@ -10,7 +10,7 @@ cmake --build build
 
 server=
 if ! (exec 3<>/dev/tcp/127.0.0.1/7171) 2>/dev/null; then
-  build/bin/kelmo-server --log build/server.log &
+  build/bin/kelmo-server --world data/world/demo.txt --log build/server.log &
   server=$!
   trap 'kill "$server" 2>/dev/null; wait "$server" 2>/dev/null' EXIT
   for _ in $(seq 50); do

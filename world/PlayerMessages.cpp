@@ -10,6 +10,7 @@
 #include "net/Communication.h"
 #include "net/Connection.h"
 #include "net/Network.h"
+#include "world/Player.h"
 #include "world/PlayerMessageReaders.h"
 #include "world/WorldMessages.h"
 
@@ -126,7 +127,7 @@ void ReadPlayerDataCurrent() {
 
 void ReadPlayerSkills() {
   TPlayerSkills Skills;
-  for (int Skill = 0; Skill < PLAYER_SKILLS; ++Skill) {
+  for (int Skill = 0; Skill < SKILLS; ++Skill) {
     Skills.Level[Skill] = ReadU16();
     ReadU16();
     Skills.Progress[Skill] = ReadU8();
@@ -236,6 +237,44 @@ void InstallPlayerMessageReaders() {
   InstallListMessageReaders();
   InstallMarketMessageReaders();
 }
+
+// ---- The player state's part of the sink
+
+void TPlayerMessageSink::OnPlayerDataBasic(const TPlayerDataBasic& Data) {
+  SetPremium(Data.PremiumAccount, Data.PremiumUntil);
+  SetProfession(Data.Profession);
+}
+
+void TPlayerMessageSink::OnPlayerDataCurrent(const TPlayerDataCurrent& Data) {
+  SetHitPoints(Data.HitPoints, Data.MaxHitPoints);
+  SetFreeCapacity(Data.FreeCapacity);
+  SetExperience(Data.Level, Data.LevelProgress, Data.Experience);
+  SetMana(Data.Mana, Data.MaxMana);
+  SetMagicLevel(Data.MagicLevel, Data.MagicProgress);
+  SetSoulPoints(Data.SoulPoints);
+  SetStamina(Data.Stamina);
+  SetOfflineTraining(Data.OfflineTraining);
+}
+
+void TPlayerMessageSink::OnPlayerSkills(const TPlayerSkills& Skills) {
+  for (int Skill = 0; Skill < SKILLS; ++Skill)
+    SetSkill(Skill, Skills.Level[static_cast<size_t>(Skill)], Skills.Progress[static_cast<size_t>(Skill)]);
+}
+
+void TPlayerMessageSink::OnPlayerState(int PlayerStateFlags) {
+  SetPlayerStateFlags(static_cast<std::uint32_t>(PlayerStateFlags));
+}
+
+// The wire's delays are unsigned; one beyond the signed range fails the model's check.
+void TPlayerMessageSink::OnSpellDelay(int Spell, std::uint32_t Delay) {
+  SetSpellDelay(Spell, static_cast<int>(Delay));
+}
+
+void TPlayerMessageSink::OnSpellGroupDelay(int SpellGroup, std::uint32_t Delay) {
+  SetSpellGroupDelay(SpellGroup, static_cast<int>(Delay));
+}
+
+void TPlayerMessageSink::OnMultiUseDelay(std::uint32_t Delay) { SetMultiUseDelay(static_cast<int>(Delay)); }
 
 void SetPlayerMessageSink(TPlayerMessageSink* Sink) { InstalledSink = Sink; }
 

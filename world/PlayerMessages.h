@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "world/Map.h"
+#include "world/Player.h"
 #include "world/WorldMessages.h"
 
 constexpr int AVAILABLE_OUTFITS = 50;
 constexpr int AVAILABLE_MOUNTS = 50;
-constexpr int PLAYER_SKILLS = 7;
 constexpr int MARKET_DETAILS = 15;
 // Selectors of a market browse that are no object type.
 constexpr int MARKET_SELECTOR_OWN_OFFERS = 0xFFFE;
@@ -171,8 +171,8 @@ struct TPlayerDataCurrent {
 
 // By skill number, in the order of the skills table.
 struct TPlayerSkills {
-  std::array<int, PLAYER_SKILLS> Level{};
-  std::array<int, PLAYER_SKILLS> Progress{};
+  std::array<int, SKILLS> Level{};
+  std::array<int, SKILLS> Progress{};
 };
 
 struct TTactics {
@@ -270,9 +270,9 @@ struct TMarketBrowse {
 
 // ---- The models' side ----
 
-// Where the readers hand what the models keep. Each operation of the base
-// does nothing, so the readers work before the models are there; the models
-// override what is theirs.
+// Where the readers hand what the models keep. The player's numbers go to the
+// player state; every other operation of the base does nothing, so the
+// readers work before the models are there. The models override what is theirs.
 struct TPlayerMessageSink {
   virtual ~TPlayerMessageSink() = default;
 
@@ -291,14 +291,13 @@ struct TPlayerMessageSink {
 
   // Player numbers.
   virtual void OnPremiumTrigger(const std::vector<int>& /*Triggers*/, bool /*Highlight*/) {}
-  virtual void OnPlayerDataBasic(const TPlayerDataBasic&) {}
-  virtual void OnPlayerDataCurrent(const TPlayerDataCurrent&) {}
-  virtual void OnPlayerSkills(const TPlayerSkills&) {}
-  virtual void OnPlayerState(int /*PlayerStateFlags*/) {}
-  // Ends attack and follow if Sequence is 0 or the sequence of the latest attack.
-  virtual void OnSpellDelay(int /*Spell*/, std::uint32_t /*Delay*/) {}
-  virtual void OnSpellGroupDelay(int /*SpellGroup*/, std::uint32_t /*Delay*/) {}
-  virtual void OnMultiUseDelay(std::uint32_t /*Delay*/) {}
+  virtual void OnPlayerDataBasic(const TPlayerDataBasic&);
+  virtual void OnPlayerDataCurrent(const TPlayerDataCurrent&);
+  virtual void OnPlayerSkills(const TPlayerSkills&);
+  virtual void OnPlayerState(int PlayerStateFlags);
+  virtual void OnSpellDelay(int Spell, std::uint32_t Delay);
+  virtual void OnSpellGroupDelay(int SpellGroup, std::uint32_t Delay);
+  virtual void OnMultiUseDelay(std::uint32_t Delay);
   virtual void OnTactics(const TTactics&) {}
   virtual void OnUnjustifiedPoints(const TUnjustPoints&) {}
   virtual void OnPvPSituations(int /*OpenPvPSituations*/) {}

@@ -27,6 +27,8 @@ class TWorldClient : public TWorldListener {
 
   // The whole block round the player.
   void WriteMap(TMessageWriter& Writer);
+  // What the client has been told of the world so far.
+  const TClientView& View() const { return m_View; }
   // Carries out a command of the world; false if it is none.
   bool Execute(const TGameCommand& Command);
 
