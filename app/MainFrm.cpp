@@ -7,14 +7,28 @@
 #include "core/Preferences.h"
 #include "core/ProgramState.h"
 #include "graphics/Engines.h"
+#include "gui/GUI.h"
+#include "gui/RootWindow.h"
+#include "gui/Routing.h"
+#include "gui/TestElements.h"
+#include "platform/Events.h"
 #include "net/Connection.h"
 
 // The packet history starts empty with the network module's state.
 CMainFrame::CMainFrame(bool Gamemaster) {
   m_Cursors = std::make_unique<platform::CCursors>();
   InitModules(Gamemaster);
+  CreateRootElement();
   SetViewMode(WINDOWED_MODE);
   ApplyCursorShape(1);
+}
+
+// The root covers the client area; the game's main window takes its place later.
+void CMainFrame::CreateRootElement() {
+  InitGUI();
+  auto Root = std::make_unique<CRootWindow>(MIN_CLIENT_WIDTH, MIN_CLIENT_HEIGHT);
+  if (TestElementsWanted()) AddTestElements(*Root);
+  SetMainWindow(std::move(Root));
 }
 
 CMainFrame::~CMainFrame() = default;
@@ -68,6 +82,8 @@ void CMainFrame::OnCloseRequest() {
     return;
   }
   OnDestroy();
+  ExitGUI();
+  ResetRouting();
   ShutdownSurface();
   m_Window.reset();
   ShutdownModules();
@@ -88,25 +104,72 @@ void CMainFrame::ApplyCursorShape(int Shape) {
 }
 
 // In a window the client area never goes below 800 x 600.
+// The root element follows the client area.
 void CMainFrame::OnSize(int Width, int Height) {
   if (GetViewMode() != WINDOWED_MODE) return;
   if (Width < MIN_CLIENT_WIDTH || Height < MIN_CLIENT_HEIGHT) {
     m_Window->SetClientSize(std::max(Width, MIN_CLIENT_WIDTH), std::max(Height, MIN_CLIENT_HEIGHT));
+    return;
   }
+  if (CGUIComposite* Root = GetMainWindow()) Root->SetSize(Width, Height);
 }
 
 void CMainFrame::OnActivate(bool) {
   if (GetViewMode() == FULLSCREEN_MODE) SetViewMode(WINDOWED_MODE);
 }
 
-// The element tree and the action state machine that take these arrive with
-// their own issues.
-void CMainFrame::OnMouseMove(int, int, int) {}
-void CMainFrame::OnMouseButton(int, bool, int, int, int, int) {}
-void CMainFrame::OnMouseWheel(int, int, int, int) {}
+void CMainFrame::OnMouseMove(int X, int Y, int) { MouseMoveEvent(X, Y); }
+
+// Left and right buttons only; the middle button has no use.
+void CMainFrame::OnMouseButton(int Button, bool Down, int X, int Y, int Modifiers, int Clicks) {
+  if (Button == 1) {
+    if (Down) {
+      LeftDownEvent(X, Y, Modifiers, Clicks == 2);
+    } else {
+      LeftUpEvent(X, Y, Modifiers);
+    }
+  } else if (Button == 3) {
+    if (Down) {
+      RightDownEvent(X, Y, Modifiers);
+    } else {
+      RightUpEvent(X, Y, Modifiers);
+    }
+  }
+}
+
+void CMainFrame::OnMouseWheel(int Delta, int, int, int) { WheelEvent(Delta); }
+
+// A key code carries the modifier word. Shift, Ctrl and Alt are key events
+// of their own; Enter comes as a character unless Alt is down; Alt+F4 closes.
 // Print Screen is no key of the game: it takes a screenshot.
-void CMainFrame::OnKey(int KeyCode, bool Down, int) {
-  if (Down && KeyCode == platform::KEY_PRINT_SCREEN) m_ScreenshotRequested = true;
+void CMainFrame::OnKeyDown(int Key, int) {
+  if (Key == platform::KEY_PRINT_SCREEN) {
+    m_ScreenshotRequested = true;
+    return;
+  }
+  if (Key == platform::KEY_SHIFT || Key == platform::KEY_CTRL || Key == platform::KEY_ALT) m_Modifiers |= Key;
+  const bool Alt = (m_Modifiers & platform::KEY_ALT) != 0;
+  if (Key == platform::KEY_F4 && Alt) {
+    OnCloseRequest();
+    return;
+  }
+  if (Key == 0 || (Key == platform::KEY_ENTER && !Alt)) return;
+  KeyEvent(Key | m_Modifiers);
+}
+
+void CMainFrame::OnKeyUp(int Key, int) {
+  if (Key == platform::KEY_SHIFT || Key == platform::KEY_CTRL || Key == platform::KEY_ALT) m_Modifiers &= ~Key;
+}
+
+// With Ctrl alone only Ctrl and a letter counts, as the letter's code.
+void CMainFrame::OnChar(int Character, int) {
+  const bool Ctrl = (m_Modifiers & platform::KEY_CTRL) != 0;
+  const bool Alt = (m_Modifiers & platform::KEY_ALT) != 0;
+  if (Ctrl && !Alt) {
+    if (Character >= 1 && Character <= 26) KeyEvent((Character + 0x60) | m_Modifiers);
+    return;
+  }
+  if (Character > 0 && Character < 0x100) KeyEvent(Character | m_Modifiers);
 }
 
 bool CMainFrame::TakeScreenshotRequest() {
@@ -114,5 +177,3 @@ bool CMainFrame::TakeScreenshotRequest() {
   m_ScreenshotRequested = false;
   return Requested;
 }
-
-void CMainFrame::OnText(const std::string&) {}

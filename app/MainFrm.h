@@ -34,13 +34,15 @@ class CMainFrame : public platform::IWindowEvents {
   void OnMouseMove(int X, int Y, int Modifiers) override;
   void OnMouseButton(int Button, bool Down, int X, int Y, int Modifiers, int Clicks) override;
   void OnMouseWheel(int Delta, int X, int Y, int Modifiers) override;
-  void OnKey(int KeyCode, bool Down, int Modifiers) override;
-  void OnText(const std::string& Latin1Text) override;
+  void OnKeyDown(int Key, int Modifiers) override;
+  void OnKeyUp(int Key, int Modifiers) override;
+  void OnChar(int Character, int Modifiers) override;
 
  private:
   void CenterDefault();
   void SavePlacement();
   void OnDestroy();
+  void CreateRootElement();
 
   std::unique_ptr<platform::CCursors> m_Cursors;
   std::unique_ptr<platform::CWindow> m_Window;
@@ -49,4 +51,6 @@ class CMainFrame : public platform::IWindowEvents {
   bool m_EndConfirmed = false;
   int m_AppliedCursorShape = 0;
   bool m_ScreenshotRequested = false;
+  // Shift, Ctrl and Alt as their presses and releases set them.
+  int m_Modifiers = 0;
 };

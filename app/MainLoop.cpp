@@ -1,6 +1,8 @@
 #include "app/MainLoop.h"
 
 #include "core/ProgramState.h"
+#include "gui/GUI.h"
+#include "gui/Routing.h"
 #include "net/Connection.h"
 #include "platform/AsyncSocket.h"
 #include "platform/NameLookup.h"
@@ -14,6 +16,8 @@ void PollNetwork() {
 // time-out, GUI, liveness. The others join at their places as they are built.
 void RunTimerTick() {
   AdvanceTickCounter();
+  TooltipTick();
   ConnectTimeOutTick();
+  TickTimers();
   ConnectionAliveTick();
 }

@@ -14,6 +14,9 @@
 #include "core/Preferences.h"
 #include "core/SystemInformation.h"
 #include "graphics/Engines.h"
+#include "graphics/Fonts.h"
+#include "gui/GUI.h"
+#include "gui/Routing.h"
 #include "graphics/Screenshot.h"
 #include "net/AccountManager.h"
 #include "net/ClientHooks.h"
@@ -160,14 +163,18 @@ void CPlayerApp::OnTimer() {
 
 void CPlayerApp::MainStep() {
   try {
-    m_Messages.Drain(MessageQueue());
+    CloseFinishedModalWindow();
+    // While the root holds the mouse or a dialog is open, messages wait.
+    if (!MainWindowHasCapture() && GetModalWindow() == nullptr) m_Messages.Drain(MessageQueue());
     RedrawNow();
   } catch (...) {
-    // The element tree does not exist yet, so both window addresses are 0.
     const int Type = m_Messages.CurrentType();
-    RethrowGuarded(Type != 0 ? "exception occurred (MessageType: " + std::to_string(Type) +
-                                   " MaW: 0 MoW: 0)"
-                             : "exception occurred (MaW: 0 MoW: 0 )");
+    char Windows[64];
+    std::snprintf(Windows, sizeof(Windows), "MaW: %X MoW: %X",
+                  static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(GetMainWindow())),
+                  static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(GetModalWindow())));
+    RethrowGuarded(Type != 0 ? "exception occurred (MessageType: " + std::to_string(Type) + " " + Windows + ")"
+                             : "exception occurred (" + std::string(Windows) + " )");
   }
 }
 
@@ -243,8 +250,7 @@ void CPlayerApp::RedrawNow() {
   }
   if (!StartFrame(Window)) return;
   CSurface& Surface = *GetSurface();
-  // The element tree draws here once it exists; until then the screen is plain.
-  Surface.ClearSurface(SCREEN_SURFACE, {0, 0, 0}, 255);
+  DrawFrame();
   const bool Screenshot = m_Frame->TakeScreenshotRequest() || platform::TakeScreenshotRequest();
   if (Screenshot) Surface.RequestCapture();
   FinishFrame();
@@ -252,6 +258,23 @@ void CPlayerApp::RedrawNow() {
     const std::string FileName = SaveScreenshot(*Capture);
     LogInfo(FileName.empty() ? "screenshot could not be written" : "screenshot " + FileName);
   }
+}
+
+// The tree from scratch on a black screen, the modal window at its place,
+// the frame rate if it is switched on, and the tooltip on top.
+void CPlayerApp::DrawFrame() {
+  CSurface& Surface = *GetSurface();
+  m_Recording.BeginFrame();
+  Surface.ClearSurface(SCREEN_SURFACE, {0, 0, 0}, 255);
+  if (CGUIComposite* Root = GetMainWindow()) Root->Draw(SCREEN_SURFACE, 0, 0);
+  if (CGUIComponent* Modal = GetModalWindow()) Modal->Draw(SCREEN_SURFACE, Modal->getX(), Modal->getY());
+  if (IsFramerateShown()) {
+    char Text[64];
+    std::snprintf(Text, sizeof(Text), "%s %.02f fps", Surface.Name(), Surface.Limiter().FramesPerSecond());
+    PrintPlain(SCREEN_SURFACE, MainWidth() / 2, 2, 2, {255, 255, 255}, Text, CENTER_ALIGN);
+  }
+  DrawTooltip(SCREEN_SURFACE);
+  m_Recording.EndFrame();
 }
 
 void CPlayerApp::FinishPatchOnExit() {

@@ -9,6 +9,7 @@
 #include "app/Messages.h"
 #include "core/CommandLineHelper.h"
 #include "core/MessageQueue.h"
+#include "graphics/Recorder.h"
 #include "platform/Timer.h"
 
 class CPlayerApp : public IMessageHost {
@@ -38,11 +39,13 @@ class CPlayerApp : public IMessageHost {
   void InstallReportSources();
   void PumpOnce();
   void FinishPatchOnExit();
+  void DrawFrame();
 
   CommandLineHelper m_CommandLine;
   std::unique_ptr<CMainFrame> m_Frame;
   platform::CPeriodicTimer m_Timer;
   CMessageHandler m_Messages;
+  CFrameRecording m_Recording;
   std::array<int, 2> m_MousePosition{-1, -1};
   std::int64_t m_LastThrottledRun = 0;
   int m_ForcedEngine = -1;

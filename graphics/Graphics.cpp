@@ -8,6 +8,8 @@
 #include "core/Exception.h"
 #include "core/Paths.h"
 #include "core/Script.h"
+#include "graphics/Fonts.h"
+#include "graphics/Recorder.h"
 
 namespace {
 
@@ -148,15 +150,13 @@ TGraphicsState& Store() {
   return *State;
 }
 
-// The skins that the program itself names: the pointers.
+// The skin table as the data builder wrote it for the interface sheet.
 constexpr std::array<TSkin, LASTSKIN> MakeSkins() {
   std::array<TSkin, LASTSKIN> Skins{};
-  Skins[1] = {290, 12, 11, 19};
-  Skins[2] = {301, 12, 9, 20};
-  Skins[3] = {329, 10, 13, 22};
-  Skins[4] = {310, 12, 19, 19};
-  Skins[5] = {310, 12, 19, 19};
-  Skins[6] = {271, 96, 17, 17};
+  for (int Skin = 0; Skin < LASTSKIN; ++Skin) {
+    const TSkinRect& Rect = SkinTable[Skin];
+    Skins[Skin] = {Rect.x, Rect.y, Rect.width, Rect.height};
+  }
   return Skins;
 }
 constexpr std::array<TSkin, LASTSKIN> Skins = MakeSkins();
@@ -327,9 +327,13 @@ void InitPictures() {
   const std::string FileName = GetFileName(TFileKind::PICTURES, false);
   if (!FileExists(FileName)) throw PROGRAM_ERROR::PIC_NOT_FOUND;
   LoadPictures(FileName);
+  InitFonts();
 }
 
-void ExitGraphics() { State.reset(); }
+void ExitGraphics() {
+  ExitFonts();
+  State.reset();
+}
 
 void LoadSprites(const std::string& FileName) {
   CheckFileName(FileName);
@@ -639,6 +643,71 @@ void DrawFieldCacheSprite(int x, int y, int SpriteNumber, TRect CellRect) {
 const TSkin& GetSkin(int Skin) {
   Check(Skin >= 0 && Skin <= LASTSKIN - 1, "In(Skin,0,LASTSKIN-1)", {"Skin", Skin});
   return Skins[Skin];
+}
+
+namespace {
+
+const TSkin& CheckedSkinSize(int Skin) {
+  const TSkin& Rect = GetSkin(Skin);
+  Check(Rect.width > 0, "Skins[skin].width>0", {"skin", Skin});
+  Check(Rect.height > 0, "Skins[skin].height>0", {"skin", Skin});
+  return Rect;
+}
+
+void TileSkin(int Surface, int x, int y, int Width, int Height, int Skin, int StartX, int StartY,
+              const TRect* ClipRect) {
+  if (Skin == 0 || Width == 0 || Height == 0) return;
+  if (CDrawingRecorder* Recorder = ActiveRecorder()) {
+    Recorder->Skin(Surface, x, y, Width, Height, Skin, StartX, StartY);
+  }
+  Check(Width > 0, "Width>0", {"Width", Width});
+  Check(Height > 0, "Height>0", {"Height", Height});
+  const TSkin& Rect = CheckedSkinSize(Skin);
+  const int FirstX = ((StartX % Rect.width) + Rect.width) % Rect.width;
+  const int FirstY = ((StartY % Rect.height) + Rect.height) % Rect.height;
+  for (int Top = 0, SourceY = FirstY; Top < Height; SourceY = 0) {
+    const int PieceHeight = std::min(Rect.height - SourceY, Height - Top);
+    for (int Left = 0, SourceX = FirstX; Left < Width; SourceX = 0) {
+      const int PieceWidth = std::min(Rect.width - SourceX, Width - Left);
+      DrawPictureArea(Surface, x + Left, y + Top, INTERFACE_PICTURE, Rect.x + SourceX, Rect.y + SourceY, PieceWidth,
+                      PieceHeight, ClipRect);
+      Left += PieceWidth;
+    }
+    Top += PieceHeight;
+  }
+}
+
+}  // namespace
+
+void DrawSkin(int Surface, int x, int y, int Width, int Height, int Skin, int StartX, int StartY) {
+  if (Skin != 0 && Width != 0 && Height != 0) {
+    Check(x >= 0, "x>=0", {"x", x});
+    Check(y >= 0, "y>=0", {"y", y});
+  }
+  TileSkin(Surface, x, y, Width, Height, Skin, StartX, StartY, nullptr);
+}
+
+void DrawSkinClipped(int Surface, int x, int y, int Width, int Height, int Skin, int StartX, int StartY,
+                     TRect ClipRect) {
+  TileSkin(Surface, x, y, Width, Height, Skin, StartX, StartY, &ClipRect);
+}
+
+void DrawSkinAt(int Surface, int x, int y, int Skin) {
+  if (Skin == 0) return;
+  const TSkin& Rect = CheckedSkinSize(Skin);
+  TileSkin(Surface, x, y, Rect.width, Rect.height, Skin, 0, 0, nullptr);
+}
+
+void FillRectangle(int Surface, int x, int y, int Width, int Height, TRGBColor Color, int Alpha) {
+  if (CDrawingRecorder* Recorder = ActiveRecorder()) Recorder->Rectangle(Surface, x, y, Width, Height, Color, Alpha);
+  GetSurface()->FillRect(Surface, x, y, Width, Height, Color, Alpha);
+}
+
+void DrawRectangleFrame(int Surface, int x, int y, int Width, int Height, int Thickness, TRGBColor Color) {
+  if (CDrawingRecorder* Recorder = ActiveRecorder()) {
+    Recorder->Frame(Surface, x, y, Width, Height, Thickness, Color);
+  }
+  GetSurface()->DrawFrame(Surface, x, y, Width, Height, Thickness, Color);
 }
 
 const TGraphicsCounters& GraphicsCounters() { return Store().Counters; }

@@ -10,13 +10,13 @@
 #include <span>
 #include <string>
 
+#include "data/SkinTable.h"
 #include "graphics/Surface.h"
 
 constexpr int CELL_SIZE = 32;
 constexpr int CELL_BYTES = CELL_SIZE * CELL_SIZE * 3;
 constexpr int MEMORY_CACHE_SIZE = 3413;
 constexpr int HASH_TABLE_SIZE = 100;
-constexpr int LASTSKIN = 430;
 
 // Pictures with fixed roles.
 enum : int {
@@ -138,6 +138,21 @@ void DrawFieldCacheSprite(int x, int y, int SpriteNumber, TRect CellRect);
 
 // Row 0 is no skin.
 const TSkin& GetSkin(int Skin);
+constexpr int NumberOfSkins = LASTSKIN;
+
+// Tiles the area with the skin: the first row starts StartY into the skin,
+// the first column StartX, every later tile at the skin's origin, each piece
+// cut to what remains. Skin 0 or an empty area draws nothing; the area must
+// lie at or right and below the surface's origin.
+void DrawSkin(int Surface, int x, int y, int Width, int Height, int Skin, int StartX, int StartY);
+void DrawSkinClipped(int Surface, int x, int y, int Width, int Height, int Skin, int StartX, int StartY,
+                     TRect ClipRect);
+// The skin once at its natural size; skin 0 draws nothing.
+void DrawSkinAt(int Surface, int x, int y, int Skin);
+
+// Rectangles as the interface draws them, through the surface.
+void FillRectangle(int Surface, int x, int y, int Width, int Height, TRGBColor Color, int Alpha);
+void DrawRectangleFrame(int Surface, int x, int y, int Width, int Height, int Thickness, TRGBColor Color);
 
 const TGraphicsCounters& GraphicsCounters();
 void ResetGraphicsCounters();

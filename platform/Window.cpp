@@ -7,11 +7,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/Events.h"
 #include "platform/MessageBox.h"
 
 namespace platform {
-
-static_assert(KEY_PRINT_SCREEN == SDLK_PRINTSCREEN);
 
 namespace {
 
@@ -110,6 +109,13 @@ void DispatchWindowEvent(const SDL_WindowEvent& Event, IWindowEvents& Events) {
   }
 }
 
+// A key gives its code, and for the keys that no text event carries, the character.
+void DispatchKeyDown(const SDL_Keysym& Key, IWindowEvents& Events) {
+  const int Modifiers = ModifierBits(Key.mod);
+  Events.OnKeyDown(KeyCodeOfSdlKey(Key.scancode, Key.sym, Key.mod), Modifiers);
+  if (const int Character = CharacterOfSdlKey(Key.sym, Key.mod)) Events.OnChar(Character, Modifiers);
+}
+
 void Dispatch(const SDL_Event& Event, IWindowEvents& Events) {
   switch (Event.type) {
     case SDL_QUIT:
@@ -129,16 +135,21 @@ void Dispatch(const SDL_Event& Event, IWindowEvents& Events) {
     case SDL_MOUSEWHEEL: {
       int X = 0, Y = 0;
       SDL_GetMouseState(&X, &Y);
-      Events.OnMouseWheel(Event.wheel.y, X, Y, CurrentModifiers());
+      const int Notches = Event.wheel.direction == SDL_MOUSEWHEEL_FLIPPED ? -Event.wheel.y : Event.wheel.y;
+      Events.OnMouseWheel(Notches * WHEEL_DELTA, X, Y, CurrentModifiers());
       break;
     }
     case SDL_KEYDOWN:
+      DispatchKeyDown(Event.key.keysym, Events);
+      break;
     case SDL_KEYUP:
-      Events.OnKey(Event.key.keysym.sym, Event.type == SDL_KEYDOWN,
-                   ModifierBits(Event.key.keysym.mod));
+      Events.OnKeyUp(KeyCodeOfSdlKey(Event.key.keysym.scancode, Event.key.keysym.sym, Event.key.keysym.mod),
+                     ModifierBits(Event.key.keysym.mod));
       break;
     case SDL_TEXTINPUT:
-      Events.OnText(Utf8ToLatin1(Event.text.text));
+      for (const char Character : Utf8ToLatin1(Event.text.text)) {
+        Events.OnChar(static_cast<unsigned char>(Character), CurrentModifiers());
+      }
       break;
     default:
       break;

@@ -20,9 +20,6 @@ enum : int {
   MODIFIER_ALT = 0x800,
 };
 
-// The key code of Print Screen as OnKey reports it: the screenshot key.
-constexpr int KEY_PRINT_SCREEN = 0x40000046;
-
 class IWindowEvents {
  public:
   virtual ~IWindowEvents() = default;
@@ -32,9 +29,13 @@ class IWindowEvents {
   virtual void OnMouseMove(int X, int Y, int Modifiers) = 0;
   // Button 1 left, 2 middle, 3 right; Clicks 2 for a double click.
   virtual void OnMouseButton(int Button, bool Down, int X, int Y, int Modifiers, int Clicks) = 0;
+  // Delta in units of WHEEL_DELTA a notch, positive away from the user.
   virtual void OnMouseWheel(int Delta, int X, int Y, int Modifiers) = 0;
-  virtual void OnKey(int KeyCode, bool Down, int Modifiers) = 0;
-  virtual void OnText(const std::string& Latin1Text) = 0;
+  // Key codes of platform/Events.h.
+  virtual void OnKeyDown(int Key, int Modifiers) = 0;
+  virtual void OnKeyUp(int Key, int Modifiers) = 0;
+  // One Latin-1 character.
+  virtual void OnChar(int Character, int Modifiers) = 0;
 };
 
 struct TWindowPlacement {

@@ -1,0 +1,19 @@
+#pragma once
+// The root of the tree until the game's main window takes its place: an
+// empty desktop that keeps MainWidth and MainHeight and hands keys to the
+// child that asks for them.
+#include "gui/GUI.h"
+
+class CRootWindow : public CGUIComposite {
+ public:
+  CRootWindow(int Width, int Height);
+
+  void SetSize(int Width, int Height) override;
+  void KeyDown(int Key) override;
+
+  // Keys that no binding takes go to Receiver, a child of the root or null.
+  void SetKeyReceiver(CGUIComponent* Receiver) { m_KeyReceiver = Receiver; }
+
+ private:
+  CGUIComponent* m_KeyReceiver = nullptr;
+};
