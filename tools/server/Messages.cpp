@@ -24,6 +24,7 @@ constexpr std::uint8_t SLOGINSUCCESS = 23;
 constexpr std::uint8_t SPING = 29;
 constexpr std::uint8_t SPINGBACK = 30;
 constexpr std::uint8_t SLOGINCHALLENGE = 31;
+constexpr std::uint8_t SPLAYERDATACURRENT = 160;
 
 // Two digits reproduce the speed parameters exactly.
 constexpr int SPEED_PRECISION = 2;
@@ -109,6 +110,28 @@ void WritePendingStateEntered(TMessageWriter& Writer) {
   Writer.Begin(SPENDINGSTATEENTERED, "SPENDINGSTATEENTERED");
 }
 void WriteWorldEntered(TMessageWriter& Writer) { Writer.Begin(SWORLDENTERED, "SWORLDENTERED"); }
+void WritePlayerDataCurrent(TMessageWriter& Writer, const TPlayerNumbers& Numbers) {
+  Writer.Begin(SPLAYERDATACURRENT, "SPLAYERDATACURRENT");
+  Writer.U16("hitPoints", Numbers.HitPoints);
+  Writer.U16("maxHitPoints", Numbers.MaxHitPoints);
+  Writer.U32("freeCapacity", Numbers.FreeCapacity);
+  Writer.U32("unused1", 0);
+  Writer.U32("experienceLow", static_cast<std::uint32_t>(Numbers.Experience));
+  Writer.U32("experienceHigh", static_cast<std::uint32_t>(Numbers.Experience >> 32));
+  Writer.U16("level", Numbers.Level);
+  Writer.U8("levelProgress", Numbers.LevelProgress);
+  Writer.U16("mana", Numbers.Mana);
+  Writer.U16("maxMana", Numbers.MaxMana);
+  Writer.U8("magicLevel", Numbers.MagicLevel);
+  Writer.U8("unused2", 0);
+  Writer.U8("magicLevelProgress", Numbers.MagicLevelProgress);
+  Writer.U8("soulPoints", Numbers.SoulPoints);
+  Writer.U16("stamina", Numbers.StaminaMinutes);
+  Writer.U16("unused3", 0);
+  Writer.U16("unused4", 0);
+  Writer.U16("offlineTraining", Numbers.OfflineTrainingMinutes);
+}
+
 void WritePing(TMessageWriter& Writer) { Writer.Begin(SPING, "SPING"); }
 void WritePingBack(TMessageWriter& Writer) { Writer.Begin(SPINGBACK, "SPINGBACK"); }
 

@@ -46,6 +46,25 @@ struct TLoginSuccess {
 void WriteLoginSuccess(TMessageWriter& Writer, const TLoginSuccess& Success);
 void WritePendingStateEntered(TMessageWriter& Writer);
 void WriteWorldEntered(TMessageWriter& Writer);
+
+// The character's numbers as the client shows them; the demo's characters
+// are all alike.
+struct TPlayerNumbers {
+  std::uint16_t HitPoints;
+  std::uint16_t MaxHitPoints;
+  std::uint32_t FreeCapacity;
+  std::uint64_t Experience;
+  std::uint16_t Level;
+  std::uint8_t LevelProgress;
+  std::uint16_t Mana;
+  std::uint16_t MaxMana;
+  std::uint8_t MagicLevel;
+  std::uint8_t MagicLevelProgress;
+  std::uint8_t SoulPoints;
+  std::uint16_t StaminaMinutes;
+  std::uint16_t OfflineTrainingMinutes;
+};
+void WritePlayerDataCurrent(TMessageWriter& Writer, const TPlayerNumbers& Numbers);
 void WritePing(TMessageWriter& Writer);
 void WritePingBack(TMessageWriter& Writer);
 

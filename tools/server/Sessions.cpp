@@ -12,6 +12,9 @@ namespace server {
 namespace {
 
 constexpr std::int64_t CLOSE_GRACE_MILLISECONDS = 2000;
+
+// A character with hit points: the client walks ahead of the server only then.
+constexpr TPlayerNumbers DEMO_NUMBERS{185, 185, 470, 4200, 8, 0, 35, 35, 0, 0, 100, 2520, 0};
 constexpr int RECEIVE_CHUNK = 4096;
 
 constexpr std::string_view WRONG_ACCOUNT_TEXT = "Account name or password is not correct.";
@@ -271,6 +274,7 @@ void TGameSession::EnterWorld() {
   TMessageWriter Writer;
   WriteWorldEntered(Writer);
   if (m_Context.World != nullptr) {
+    WritePlayerDataCurrent(Writer, DEMO_NUMBERS);
     if (!m_WorldClient)
       m_WorldClient = std::make_unique<TWorldClient>(*m_Context.World, m_CreatureId, m_CharacterName,
                                                      [this](const TMessageWriter& W) { SendFromWorld(W); });
