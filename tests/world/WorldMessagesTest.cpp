@@ -132,7 +132,7 @@ class WorldMessagesTest : public testing_world::TFileTest {
   void LogIn() {
     TStream S;
     S.U8(SLOGINSUCCESS).U32(PLAYER).U16(50);
-    for (int Value : {1, 0, 0}) S.U8(0).U32(static_cast<std::uint32_t>(Value + 0x7FFFFFFF));
+    for (int Value : {1, 0, 0}) S.U8(0).U32(static_cast<std::uint32_t>(Value) + 0x7FFFFFFFu);
     S.U8(0).U8(0);
     Receive(S);
   }
