@@ -26,6 +26,7 @@
 #include "tests/net/ServerPacket.h"
 #include "tests/world/DatBytes.h"
 #include "tests/world/PlayerMessageFixture.h"
+#include "tests/world/WorldModules.h"
 #include "tests/world/WorldTest.h"
 #include "world/Map.h"
 #include "world/Objects.h"
@@ -126,38 +127,16 @@ class CreaturesTest : public testing_world::TFileTest {
   void SetUp() override {
     TFileTest::SetUp();
     TypeFile().Write(File("Kelmo.dat"));
-    LoadObjects(File("Kelmo.dat").string());
-    SetClockSource(m_Clock);
-    InitPreferences();
-    InitNetwork();
-    InitConnection();
-    InitLogin(false);
-    InitCreatures();
-    InitMap(CreatureLeftMap);
-    InstallWorldMessageReaders();
-    ResetWorldMessageState();
+    m_Modules = std::make_unique<testing_world::TWorldModules>(File("Kelmo.dat"), m_Clock);
     SetStatusTextHandler([this](const std::string& Text) { m_StatusTexts.push_back(Text); });
   }
   void TearDown() override {
-    ExitMap();
-    ExitCreatures();
-    ExitLogin();
-    ExitConnection();
-    ExitNetwork();
-    ExitPreferences();
-    MessageQueue().Clear();
-    SetClockSource(nullptr);
-    ExitObjects();
+    m_Modules.reset();
     TFileTest::TearDown();
   }
 
   static void Receive(const TPayload& Payload) {
-    SetConnectionState(GAME_RUNNING);
-    const TXTEASymmetricKey ZeroKey;
-    const auto Packet = testing_net::ServerPacket(Payload.Get(), &ZeroKey);
-    std::memcpy(ReceiveSpace().data(), Packet.data(), Packet.size());
-    CommitReceived(static_cast<int>(Packet.size()));
-    EventPacketReceived();
+    testing_world::ReceiveGamePacket(Payload.Get());
   }
 
   // SLOGINSUCCESS with the beat and the speed formula, in hundredths.
@@ -214,6 +193,7 @@ class CreaturesTest : public testing_world::TFileTest {
 
  private:
   std::shared_ptr<TManualClock> m_Clock = std::make_shared<TManualClock>();
+  std::unique_ptr<testing_world::TWorldModules> m_Modules;
 };
 
 // ---- Step times

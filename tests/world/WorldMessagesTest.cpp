@@ -20,6 +20,7 @@
 #include "net/Xtea.h"
 #include "tests/net/ServerPacket.h"
 #include "tests/world/DatBytes.h"
+#include "tests/world/WorldModules.h"
 #include "tests/world/WorldTest.h"
 #include "world/Creatures.h"
 #include "world/Objects.h"
@@ -100,30 +101,13 @@ class WorldMessagesTest : public testing_world::TFileTest {
   void SetUp() override {
     TFileTest::SetUp();
     TypeFile().Write(File("Kelmo.dat"));
-    LoadObjects(File("Kelmo.dat").string());
-    SetClockSource(m_Clock);
-    InitPreferences();
-    InitNetwork();
-    InitConnection();
-    InitLogin(false);
-    InitCreatures();
-    InitMap(CreatureLeftMap);
-    InstallWorldMessageReaders();
-    ResetWorldMessageState();
+    m_Modules = std::make_unique<testing_world::TWorldModules>(File("Kelmo.dat"), m_Clock);
     SetTalkHandler([this](const TTalkRecord& Talk) { m_Talk.push_back(Talk); });
     LogIn();
   }
   void TearDown() override {
     SetTalkHandler({});
-    ExitMap();
-    ExitCreatures();
-    ExitLogin();
-    ExitConnection();
-    ExitNetwork();
-    ExitPreferences();
-    MessageQueue().Clear();
-    SetClockSource(nullptr);
-    ExitObjects();
+    m_Modules.reset();
     TFileTest::TearDown();
   }
 
@@ -137,15 +121,7 @@ class WorldMessagesTest : public testing_world::TFileTest {
     Receive(S);
   }
 
-  void Receive(const TStream& Stream) {
-    SetConnectionState(GAME_RUNNING);
-    const TXTEASymmetricKey ZeroKey;
-    const auto Packet = testing_net::ServerPacket(Stream.Bytes(), &ZeroKey);
-    ASSERT_LE(Packet.size(), ReceiveSpace().size());
-    std::memcpy(ReceiveSpace().data(), Packet.data(), Packet.size());
-    CommitReceived(static_cast<int>(Packet.size()));
-    EventPacketReceived();
-  }
+  static void Receive(const TStream& Stream) { testing_world::ReceiveGamePacket(Stream.Bytes()); }
   std::string ReceiveFailure(const TStream& Stream) {
     return FailureReport([&] { Receive(Stream); });
   }
@@ -181,6 +157,7 @@ class WorldMessagesTest : public testing_world::TFileTest {
 
  private:
   std::shared_ptr<TManualClock> m_Clock = std::make_shared<TManualClock>();
+  std::unique_ptr<testing_world::TWorldModules> m_Modules;
 };
 
 // ---- Full map descriptions
