@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include "core/Clock.h"
 #include "core/ErrorReport.h"
@@ -15,7 +16,10 @@
 #include "core/SystemInformation.h"
 #include "graphics/Engines.h"
 #include "graphics/Fonts.h"
+#include "graphics/MapWindow.h"
+#include "graphics/Talkboxes.h"
 #include "gui/GUI.h"
+#include "gui/RootWindow.h"
 #include "gui/Routing.h"
 #include "graphics/Screenshot.h"
 #include "net/AccountManager.h"
@@ -27,6 +31,8 @@
 #include "platform/InstanceLock.h"
 #include "platform/Shell.h"
 #include "platform/Signals.h"
+#include "world/Creatures.h"
+#include "world/Map.h"
 #include "world/WorldMessages.h"
 
 namespace {
@@ -156,6 +162,12 @@ bool CPlayerApp::OnIdle(long) {
 void CPlayerApp::OnTimer() {
   try {
     RunTimerTick();
+    if (m_GameView) {
+      ProcessTalkboxes();
+      ProcessStatusMessage();
+      ProcessEffects();
+      if (GetTickCounter() % 10 == 0) StepAmbiente();
+    }
   } catch (...) {
     RethrowGuarded();
   }
@@ -166,6 +178,8 @@ void CPlayerApp::MainStep() {
     CloseFinishedModalWindow();
     // While the root holds the mouse or a dialog is open, messages wait.
     if (!MainWindowHasCapture() && GetModalWindow() == nullptr) m_Messages.Drain(MessageQueue());
+    if (m_GameView && ProcessCreatures()) SendGoPath(GetWalkSteps());
+    UpdateGameView();
     RedrawNow();
   } catch (...) {
     const int Type = m_Messages.CurrentType();
@@ -220,15 +234,56 @@ void CPlayerApp::InstallClientHooks() {
   Hooks.IsGameView = [this] { return m_GameView; };
   Hooks.EnterGameView = [this](std::uint32_t) {
     PrepareWorldForGame();
+    ClearTalkboxes();
+    SetStatusMessage("");
     m_GameView = true;
   };
-  Hooks.LeaveGameView = [this] { m_GameView = false; };
+  Hooks.LeaveGameView = [this] {
+    m_GameView = false;
+    UpdateGameView();
+  };
+  SetTalkHandler([](const TTalkRecord& Talk) {
+    if (const int Mode = TalkboxModeOfChatMode(Talk.Mode)) {
+      SetTalkbox(Mode, Talk.Speaker, Talk.Position.x, Talk.Position.y, Talk.Position.z, Talk.Text);
+    }
+  });
   Hooks.SaveConfiguration = [] { SavePreferences(); };
   // The PvP mode starts every game as 0.
   Hooks.SendTactics = [] {
     const TPreferences& Values = Preferences();
     SendSetTactics(Values.AttackMode, Values.ChaseMode, Values.SecureMode == 1 ? 1 : 0, 0);
   };
+}
+
+// KELMO_TEST_WALK, step codes separated by commas (1 east, anticlockwise
+// to 8 south-east), is sent as one path once the map is first shown: until
+// the keys and the mouse walk, it lets tests and screenshots take the
+// character somewhere.
+void CPlayerApp::SendTestWalk() {
+  const char* Value = std::getenv("KELMO_TEST_WALK");
+  if (Value == nullptr) return;
+  std::vector<int> Steps;
+  for (const char* Next = Value; *Next != '\0' && Steps.size() < MAX_WALK_STEPS;) {
+    char* End = nullptr;
+    const long Step = std::strtol(Next, &End, 10);
+    if (End == Next || Step < 1 || Step > 8) break;
+    Steps.push_back(static_cast<int>(Step));
+    Next = *End == ',' ? End + 1 : End;
+  }
+  if (!Steps.empty()) SendGoPath(Steps);
+}
+
+// The map fills the root while a game runs, from the moment the server has
+// described the own character.
+void CPlayerApp::UpdateGameView() {
+  auto* Root = dynamic_cast<CRootWindow*>(GetMainWindow());
+  if (Root == nullptr) return;
+  const bool Wanted = m_GameView && FindPlayer() != nullptr;
+  if (Wanted && Root->GetGameView() == nullptr) {
+    Root->ShowGameView(std::make_unique<CMapFrame>());
+    SendTestWalk();
+  }
+  if (!Wanted && Root->GetGameView() != nullptr) Root->HideGameView();
 }
 
 void CPlayerApp::RunMainStepThrottled(bool Force) {

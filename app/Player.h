@@ -40,6 +40,8 @@ class CPlayerApp : public IMessageHost {
   void PumpOnce();
   void FinishPatchOnExit();
   void DrawFrame();
+  void UpdateGameView();
+  void SendTestWalk();
 
   CommandLineHelper m_CommandLine;
   std::unique_ptr<CMainFrame> m_Frame;

@@ -13,7 +13,12 @@ class CRootWindow : public CGUIComposite {
 
   // Keys that no binding takes go to Receiver, a child of the root or null.
   void SetKeyReceiver(CGUIComponent* Receiver) { m_KeyReceiver = Receiver; }
+  // The game view: a child that covers the whole root and follows its size.
+  void ShowGameView(std::unique_ptr<CGUIComponent> View);
+  void HideGameView();
+  CGUIComponent* GetGameView() const { return m_GameView; }
 
  private:
   CGUIComponent* m_KeyReceiver = nullptr;
+  CGUIComponent* m_GameView = nullptr;
 };

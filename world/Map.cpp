@@ -773,8 +773,10 @@ void SetAmbiente(int Brightness, int Color) {
   }
 }
 
+// While the reset's -1 waits for the server's first value, nothing moves.
 void StepAmbiente() {
   TMapStore& M = Map();
+  if (M.TargetBrightness < 0) return;
   M.ActualBrightness = StepToward(M.ActualBrightness, M.TargetBrightness);
   M.ActualColor.Red = StepToward(M.ActualColor.Red, M.TargetColor.Red);
   M.ActualColor.Green = StepToward(M.ActualColor.Green, M.TargetColor.Green);

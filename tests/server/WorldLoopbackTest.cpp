@@ -56,6 +56,7 @@ class TWorldReader {
   std::string Speaker;
   std::string Text;
   int HitPoints = 0;              // of the last SPLAYERDATACURRENT
+  int Brightness = -1;            // of the last SAMBIENTE
 
  private:
   int Floors() const { return Z <= 7 ? 8 : std::min(Z + 2, 15) - (Z - 2) + 1; }
@@ -63,6 +64,10 @@ class TWorldReader {
   void Message(int Type, TReadBuffer& In) {
     switch (Type) {
       case 15:
+        return;
+      case 130:  // daylight
+        Brightness = In.ReadU8();
+        In.ReadU8();
         return;
       case 160:  // the character's numbers: hit points, then 37 bytes of others
         HitPoints = In.ReadU16();
@@ -244,8 +249,9 @@ class WorldLoopback : public testing::Test {
 
 TEST_F(WorldLoopback, EnteringSendsTheWholeBlockWithThePlayerAndTheNpc) {
   CTestClient& Client = Enter();
-  EXPECT_EQ(Receive(Client), (std::vector<int>{15, 160, 100}));
+  EXPECT_EQ(Receive(Client), (std::vector<int>{15, 160, 130, 100}));
   EXPECT_EQ(Reader.HitPoints, 185) << "the client walks ahead only with hit points";
+  EXPECT_EQ(Reader.Brightness, 250);
   EXPECT_EQ(Reader.X, 103);
   EXPECT_EQ(Reader.Y, 101);
   EXPECT_EQ(Reader.Z, 7);
@@ -317,7 +323,7 @@ TEST_F(WorldLoopback, OtherPlayersAppearMoveAndGo) {
   CTestClient& Ayla = Enter();
   Receive(Ayla);
   CTestClient& Borin = Enter("Borin");
-  EXPECT_EQ(Receive(Borin), (std::vector<int>{15, 160, 100}));
+  EXPECT_EQ(Receive(Borin), (std::vector<int>{15, 160, 130, 100}));
   EXPECT_EQ(Reader.X, 104) << "the start is taken, and a wall north of it: the field east";
   EXPECT_EQ(Receive(Ayla), (std::vector<int>{106}));
   EXPECT_EQ(Reader.Area.at(0).Creatures, (std::vector<std::uint32_t>{1001}));

@@ -523,6 +523,8 @@ TEST_F(MapTest, AmbientLightStepsTowardItsTarget) {
   EXPECT_EQ(GetAmbienteBrightness(), 198);
   SetAmbiente(-1, 0);
   EXPECT_EQ(GetAmbienteBrightness(), 198) << "a reset keeps the light until the next value";
+  StepAmbiente();
+  EXPECT_EQ(GetAmbienteBrightness(), 198) << "and does not move it toward -1";
   SetAmbiente(-1, 0);
   EXPECT_NE(FailureReport([] { GetAmbienteBrightness(); }).find("AmbienteActualBrightness>=0"),
             std::string::npos);

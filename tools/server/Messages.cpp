@@ -24,6 +24,7 @@ constexpr std::uint8_t SLOGINSUCCESS = 23;
 constexpr std::uint8_t SPING = 29;
 constexpr std::uint8_t SPINGBACK = 30;
 constexpr std::uint8_t SLOGINCHALLENGE = 31;
+constexpr std::uint8_t SAMBIENTE = 130;
 constexpr std::uint8_t SPLAYERDATACURRENT = 160;
 
 // Two digits reproduce the speed parameters exactly.
@@ -130,6 +131,12 @@ void WritePlayerDataCurrent(TMessageWriter& Writer, const TPlayerNumbers& Number
   Writer.U16("unused3", 0);
   Writer.U16("unused4", 0);
   Writer.U16("offlineTraining", Numbers.OfflineTrainingMinutes);
+}
+
+void WriteAmbiente(TMessageWriter& Writer, std::uint8_t Brightness, std::uint8_t Color) {
+  Writer.Begin(SAMBIENTE, "SAMBIENTE");
+  Writer.U8("brightness", Brightness);
+  Writer.U8("color", Color);
 }
 
 void WritePing(TMessageWriter& Writer) { Writer.Begin(SPING, "SPING"); }

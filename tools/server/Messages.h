@@ -65,6 +65,8 @@ struct TPlayerNumbers {
   std::uint16_t OfflineTrainingMinutes;
 };
 void WritePlayerDataCurrent(TMessageWriter& Writer, const TPlayerNumbers& Numbers);
+// The world's light: brightness and a colour of the 6 x 6 x 6 cube.
+void WriteAmbiente(TMessageWriter& Writer, std::uint8_t Brightness, std::uint8_t Color);
 void WritePing(TMessageWriter& Writer);
 void WritePingBack(TMessageWriter& Writer);
 

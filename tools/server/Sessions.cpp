@@ -13,6 +13,10 @@ namespace {
 
 constexpr std::int64_t CLOSE_GRACE_MILLISECONDS = 2000;
 
+// Full daylight, white: the demo world has no day and night.
+constexpr std::uint8_t DAYLIGHT_BRIGHTNESS = 250;
+constexpr std::uint8_t DAYLIGHT_COLOR = 215;
+
 // A character with hit points: the client walks ahead of the server only then.
 constexpr TPlayerNumbers DEMO_NUMBERS{185, 185, 470, 4200, 8, 0, 35, 35, 0, 0, 100, 2520, 0};
 constexpr int RECEIVE_CHUNK = 4096;
@@ -278,6 +282,7 @@ void TGameSession::EnterWorld() {
     if (!m_WorldClient)
       m_WorldClient = std::make_unique<TWorldClient>(*m_Context.World, m_CreatureId, m_CharacterName,
                                                      [this](const TMessageWriter& W) { SendFromWorld(W); });
+    WriteAmbiente(Writer, DAYLIGHT_BRIGHTNESS, DAYLIGHT_COLOR);
     m_WorldClient->WriteMap(Writer);
   }
   SendEnciphered(Writer);

@@ -1,0 +1,118 @@
+// The real client shows the demo world: signed in automatically against the
+// local server, its map fills the window; after a walk into the hole by the
+// road it shows the cave. The drawing log tells when each scene is on the
+// screen; a screenshot of each is kept in the build directory for people to
+// look at, and the pictures must be map pictures: no part of the composed
+// picture is left unpainted.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <regex>
+#include <string>
+
+#include "graphics/Png.h"
+#include "tests/e2e/ClientFixture.h"
+
+#ifndef KELMO_SERVER_PROGRAM
+#error "KELMO_SERVER_PROGRAM must name the local server"
+#endif
+#ifndef KELMO_DEMO_WORLD
+#error "KELMO_DEMO_WORLD must name the demo world"
+#endif
+#ifndef KELMO_SCREENSHOT_DIR
+#error "KELMO_SCREENSHOT_DIR must name where the screenshots are kept"
+#endif
+
+namespace {
+
+using namespace harness;
+
+// kelmo-server with the demo world, on free ports.
+class CDemoServer {
+ public:
+  explicit CDemoServer(const std::filesystem::path& Directory) : m_Log(Directory / "server.log") {
+    m_Process = std::make_unique<CProcess>(
+        std::vector<std::string>{KELMO_SERVER_PROGRAM, "--login-port", "0", "--game-port", "0", "--log",
+                                 m_Log.string(), "--world", KELMO_DEMO_WORLD},
+        std::vector<std::string>{}, Directory);
+    WaitFor([&] { return Port("login") != 0 && Port("game") != 0; }, 10s);
+  }
+  int Port(const std::string& Kind) const {
+    std::smatch Match;
+    const std::string Output = m_Process->StandardOutput();
+    if (!std::regex_search(Output, Match, std::regex(Kind + " port (\\d+)"))) return 0;
+    return std::stoi(Match[1]);
+  }
+  std::string Log() const { return ReadFile(m_Log); }
+
+ private:
+  std::filesystem::path m_Log;
+  std::unique_ptr<CProcess> m_Process;
+};
+
+class MapScreenTest : public ClientTest {
+ protected:
+  std::vector<std::string> SignIn(const std::string& Walk) const {
+    std::vector<std::string> Environment{"KELMO_LOGIN_HOSTS=127.0.0.1:" + std::to_string(Server.Port("login")),
+                                         "KELMO_AUTOLOGIN=demo:demo:Ayla",
+                                         "KELMO_RECORD_DRAWING=" + DrawingLog().string()};
+    if (!Walk.empty()) Environment.push_back("KELMO_TEST_WALK=" + Walk);
+    return Environment;
+  }
+  std::filesystem::path DrawingLog() const { return Home.Root() / "drawing.log"; }
+  std::filesystem::path Screenshots() const { return Home.UserDirectory() / "Screenshots"; }
+
+  // Waits until the frame's log shows the name, then takes a screenshot and
+  // keeps it as Name in the build directory.
+  TImage ScreenshotOnceShown(CProcess& Client, const std::string& Label, const std::string& Name) {
+    EXPECT_TRUE(WaitFor([&] { return ReadFile(DrawingLog()).find(Label) != std::string::npos; }, 30s))
+        << Client.StandardError() << Server.Log();
+    const std::filesystem::path Shot = Screenshots() / "Screenshot0001.png";
+    EXPECT_TRUE(WaitFor(
+        [&] {
+          Client.Signal(SIGUSR1);
+          return WaitFor([&] { return ReadPng(Shot.string()).has_value(); }, 500ms);
+        },
+        20s))
+        << Client.StandardOutput() << Client.StandardError();
+    std::filesystem::create_directories(KELMO_SCREENSHOT_DIR);
+    std::filesystem::copy_file(Shot, std::filesystem::path(KELMO_SCREENSHOT_DIR) / Name,
+                               std::filesystem::copy_options::overwrite_existing);
+    return ReadPng(Shot.string()).value_or(TImage{});
+  }
+
+  CDemoServer Server{Home.Root()};
+};
+
+// The composed picture starts yellow; a map that covers its window leaves
+// none of that, and no more than the given share of it is black.
+void ExpectMapPicture(const TImage& Image, int BlackPercent) {
+  ASSERT_GT(Image.Width, 0);
+  int Yellow = 0, Black = 0;
+  const int Pixels = Image.Width * Image.Height;
+  for (int i = 0; i < Pixels; ++i) {
+    const std::uint8_t* P = &Image.Pixels[3 * i];
+    Yellow += P[0] == 255 && P[1] == 255 && P[2] == 0 ? 1 : 0;
+    Black += P[0] < 8 && P[1] < 8 && P[2] < 8 ? 1 : 0;
+  }
+  EXPECT_EQ(Yellow, 0);
+  EXPECT_LT(Black, Pixels / 100 * BlackPercent);
+}
+
+TEST_F(MapScreenTest, TheClientShowsTheDemoWorld) {
+  auto Client = StartClient({}, SignIn(""));
+  const TImage Surface = ScreenshotOnceShown(*Client, "\"Tobias\"", "screenshot-surface.png");
+  ExpectMapPicture(Surface, 10);
+}
+
+// The walk ends on the hole; the player falls into the cave, where the
+// labels of the cave's creatures appear.
+TEST_F(MapScreenTest, AfterTheHoleTheClientShowsTheCave) {
+  auto Client = StartClient({}, SignIn("7,7,6"));
+  const TImage Cave = ScreenshotOnceShown(*Client, "\"Wisp\"", "screenshot-cave.png");
+  ExpectMapPicture(Cave, 70);  // the rock round the cave is black
+  EXPECT_NE(Server.Log().find("CGOPATH"), std::string::npos);
+}
+
+}  // namespace
