@@ -173,6 +173,24 @@ int StackingPosition(const TMapPoint& Point, const TObject& Object) {
   return Point.ObjectCount;
 }
 
+// The walk up the pile that use and multi-use share: an object with
+// FORCEUSE is the answer at once (Forced); ground, edges, low and top objects
+// are passed, and creatures too unless they stop the walk.
+int UseWalk(const TMapPoint& Point, bool CreaturesStop, bool& Forced) {
+  int p = 0;
+  while (p < Point.ObjectCount - 1) {
+    const TObject& Object = Point.Objects[static_cast<size_t>(p)];
+    if (HasFlag(Object, FORCEUSE)) {
+      Forced = true;
+      return p;
+    }
+    const bool Passed = IsLowClass(Object) || (!CreaturesStop && IsCreature(Object));
+    if (!Passed) break;
+    ++p;
+  }
+  return p;
+}
+
 // Effect records and their field lists.
 TEffect& Effect(int Number) { return Map().Effects[static_cast<size_t>(Number)]; }
 
@@ -449,20 +467,14 @@ TObject GetLookObject(int rx, int ry, int rz, int& Position) {
 
 TObject GetUseObject(int rx, int ry, int rz, int& Position) {
   const TMapPoint& P = Point(rx, ry, rz);
-  int p = 0;
-  while (p < P.ObjectCount - 1) {
-    const TObject& Object = P.Objects[static_cast<size_t>(p)];
-    if (HasFlag(Object, FORCEUSE)) {
-      Position = p;
-      return Object;
+  bool Forced = false;
+  int p = UseWalk(P, false, Forced);
+  if (!Forced) {
+    while (p > 0) {
+      const TObject& Object = P.Objects[static_cast<size_t>(p)];
+      if (!IsCreature(Object) && !HasFlag(Object, LIQUIDPOOL)) break;
+      --p;
     }
-    if (!IsLowClass(Object) && !IsCreature(Object)) break;
-    ++p;
-  }
-  while (p > 0) {
-    const TObject& Object = P.Objects[static_cast<size_t>(p)];
-    if (!IsCreature(Object) && !HasFlag(Object, LIQUIDPOOL)) break;
-    --p;
   }
   Position = p;
   return GetObject(rx, ry, rz, p);
@@ -470,17 +482,9 @@ TObject GetUseObject(int rx, int ry, int rz, int& Position) {
 
 TObject GetMultiUseTarget(int rx, int ry, int rz, int& Position) {
   const TMapPoint& P = Point(rx, ry, rz);
-  int p = 0;
-  while (p < P.ObjectCount - 1) {
-    const TObject& Object = P.Objects[static_cast<size_t>(p)];
-    if (HasFlag(Object, FORCEUSE)) {
-      Position = p;
-      return Object;
-    }
-    if (!IsLowClass(Object)) break;
-    ++p;
-  }
-  if (p > 0 && HasFlag(P.Objects[static_cast<size_t>(p)], LIQUIDPOOL)) --p;
+  bool Forced = false;
+  int p = UseWalk(P, true, Forced);
+  if (!Forced && p > 0 && HasFlag(P.Objects[static_cast<size_t>(p)], LIQUIDPOOL)) --p;
   Position = p;
   return GetObject(rx, ry, rz, p);
 }

@@ -12,37 +12,12 @@
 #include "graphics/Graphics.h"
 #include "platform/Window.h"
 #include "tests/graphics/TestCard.h"
+#include "tests/graphics/DisplayWindow.h"
 #include "tests/support/Harness.h"
 
 namespace {
 
-platform::CWindow* TheWindow = nullptr;
-
-class CDisplayEnvironment : public ::testing::Environment {
- public:
-  void SetUp() override {
-    m_X = std::make_unique<harness::CXServer>();
-    setenv("DISPLAY", m_X->Display().c_str(), 1);
-    std::string Error;
-    ASSERT_TRUE(platform::CWindow::InitDisplay("KelmoGraphicsTest", Error)) << Error;
-    m_Window = std::make_unique<platform::CWindow>("Kelmo", 800, 600);
-    ASSERT_TRUE(m_Window->IsValid());
-    m_Window->Show(false);
-    TheWindow = m_Window.get();
-  }
-  void TearDown() override {
-    TheWindow = nullptr;
-    m_Window.reset();
-    platform::CWindow::ShutdownDisplay();
-    m_X.reset();
-  }
-
- private:
-  std::unique_ptr<harness::CXServer> m_X;
-  std::unique_ptr<platform::CWindow> m_Window;
-};
-
-const auto* const Registered = ::testing::AddGlobalTestEnvironment(new CDisplayEnvironment);
+const auto* const Registered = testdisplay::RegisterDisplay("KelmoGraphicsTest");
 
 class DisplayTest : public ::testing::Test {
  protected:
@@ -60,7 +35,7 @@ class DisplayTest : public ::testing::Test {
     ExitPreferences();
   }
 
-  platform::CWindow& Window() { return *TheWindow; }
+  platform::CWindow& Window() { return testdisplay::TestWindow(); }
 
   void Start(int Forced) {
     SelectEngine(Forced, Window());

@@ -34,6 +34,7 @@
 #include "platform/Window.h"
 #include "tests/graphics/TestCard.h"
 #include "tests/net/ServerPacket.h"
+#include "tests/graphics/DisplayWindow.h"
 #include "tests/support/Harness.h"
 #include "world/Creatures.h"
 #include "world/Map.h"
@@ -50,33 +51,7 @@
 
 namespace {
 
-platform::CWindow* TheWindow = nullptr;
-
-class CMapSceneEnvironment : public ::testing::Environment {
- public:
-  void SetUp() override {
-    m_X = std::make_unique<harness::CXServer>();
-    setenv("DISPLAY", m_X->Display().c_str(), 1);
-    std::string Error;
-    ASSERT_TRUE(platform::CWindow::InitDisplay("KelmoMapSceneTest", Error)) << Error;
-    m_Window = std::make_unique<platform::CWindow>("Kelmo", 800, 600);
-    ASSERT_TRUE(m_Window->IsValid());
-    m_Window->Show(false);
-    TheWindow = m_Window.get();
-  }
-  void TearDown() override {
-    TheWindow = nullptr;
-    m_Window.reset();
-    platform::CWindow::ShutdownDisplay();
-    m_X.reset();
-  }
-
- private:
-  std::unique_ptr<harness::CXServer> m_X;
-  std::unique_ptr<platform::CWindow> m_Window;
-};
-
-const auto* const Registered = ::testing::AddGlobalTestEnvironment(new CMapSceneEnvironment);
+const auto* const Registered = testdisplay::RegisterDisplay("KelmoMapSceneTest");
 
 // Object types of the built Kelmo.dat (data/objects).
 constexpr int GRASS = 100;
@@ -138,7 +113,7 @@ class MapSceneTest : public ::testing::Test {
     ClearTalkboxes();
     SetStatusMessage("");
     LogIn();
-    SelectEngine(ENGINE_OPENGL, *TheWindow);
+    SelectEngine(ENGINE_OPENGL, testdisplay::TestWindow());
     GetSurface()->Startup();
     m_Map = std::make_unique<CMapWindow>();
     m_Map->SetSize(MAP_PICTURE_WIDTH, MAP_PICTURE_HEIGHT);
@@ -213,7 +188,7 @@ class MapSceneTest : public ::testing::Test {
 
   // One presented frame of the map at the screen's top left, with its log.
   TImage Frame() {
-    EXPECT_TRUE(StartFrame(*TheWindow));
+    EXPECT_TRUE(StartFrame(testdisplay::TestWindow()));
     m_Recorder.Clear();
     SetActiveRecorder(&m_Recorder);
     GetSurface()->ClearSurface(SCREEN_SURFACE, {0, 0, 0}, 255);

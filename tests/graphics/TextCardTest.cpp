@@ -18,6 +18,7 @@
 #include "graphics/Recorder.h"
 #include "platform/Window.h"
 #include "tests/graphics/TestCard.h"
+#include "tests/graphics/DisplayWindow.h"
 #include "tests/support/Harness.h"
 
 #ifndef KELMO_DATA_DIR
@@ -29,33 +30,7 @@
 
 namespace {
 
-platform::CWindow* TheWindow = nullptr;
-
-class CTextCardEnvironment : public ::testing::Environment {
- public:
-  void SetUp() override {
-    m_X = std::make_unique<harness::CXServer>();
-    setenv("DISPLAY", m_X->Display().c_str(), 1);
-    std::string Error;
-    ASSERT_TRUE(platform::CWindow::InitDisplay("KelmoTextCardTest", Error)) << Error;
-    m_Window = std::make_unique<platform::CWindow>("Kelmo", 800, 600);
-    ASSERT_TRUE(m_Window->IsValid());
-    m_Window->Show(false);
-    TheWindow = m_Window.get();
-  }
-  void TearDown() override {
-    TheWindow = nullptr;
-    m_Window.reset();
-    platform::CWindow::ShutdownDisplay();
-    m_X.reset();
-  }
-
- private:
-  std::unique_ptr<harness::CXServer> m_X;
-  std::unique_ptr<platform::CWindow> m_Window;
-};
-
-const auto* const Registered = ::testing::AddGlobalTestEnvironment(new CTextCardEnvironment);
+const auto* const Registered = testdisplay::RegisterDisplay("KelmoTextCardTest");
 
 constexpr TRGBColor WHITE{255, 255, 255};
 constexpr TRGBColor GUIDE{90, 90, 120};
@@ -152,13 +127,13 @@ class TextCardTest : public ::testing::Test {
   }
 
   void Start(int Engine) {
-    SelectEngine(Engine, *TheWindow);
+    SelectEngine(Engine, testdisplay::TestWindow());
     GetSurface()->Startup();
   }
 
   // One frame of the card as presented, with its drawing log.
   TImage Card() {
-    EXPECT_TRUE(StartFrame(*TheWindow));
+    EXPECT_TRUE(StartFrame(testdisplay::TestWindow()));
     Recorder.Clear();
     SetActiveRecorder(&Recorder);
     DrawTextCard();

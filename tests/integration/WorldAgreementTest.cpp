@@ -28,6 +28,7 @@
 #include "net/Login.h"
 #include "net/Network.h"
 #include "tests/server/TestWorld.h"
+#include "tests/world/WorldModules.h"
 #include "tools/server/Framing.h"
 #include "tools/server/Messages.h"
 #include "tools/server/World.h"
@@ -252,31 +253,7 @@ class TWorldBuilder {
 // server's packets given to its receive buffer.
 class TClientWorld {
  public:
-  explicit TClientWorld(const std::filesystem::path& TypeFile) {
-    LoadObjects(TypeFile.string());
-    SetClockSource(m_Clock);
-    InitPreferences();
-    InitNetwork();
-    InitConnection();
-    InitLogin(false);
-    InitCreatures();
-    InitMap(CreatureLeftMap);
-    InstallWorldMessageReaders();
-    ResetWorldMessageState();
-  }
-  ~TClientWorld() {
-    ExitMap();
-    ExitCreatures();
-    ExitLogin();
-    ExitConnection();
-    ExitNetwork();
-    ExitPreferences();
-    MessageQueue().Clear();
-    SetClockSource(nullptr);
-    ExitObjects();
-  }
-  TClientWorld(const TClientWorld&) = delete;
-  TClientWorld& operator=(const TClientWorld&) = delete;
+  explicit TClientWorld(const std::filesystem::path& TypeFile) : m_Modules(TypeFile, m_Clock) {}
 
   // A new game: the per-game reset, then the server's login answer.
   void Enter() {
@@ -302,6 +279,7 @@ class TClientWorld {
 
  private:
   std::shared_ptr<TManualClock> m_Clock = std::make_shared<TManualClock>();
+  testing_world::TWorldModules m_Modules;
   const TXTEASymmetricKey m_Key;  // the client's session key before the login sets one
   server::TRandom m_Padding{1};
 };
