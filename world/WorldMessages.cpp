@@ -457,18 +457,10 @@ void ReadMoveUnnamed() {
   InsertObject(rx, ry, rz, Object);
 }
 
-std::string KindOf(const TObject& Object) {
-  if (IsCreatureType(Object.Type)) {
-    const TCreature* Creature = Object.Data != 0 ? FindCreature(Object.Data) : nullptr;
-    return "(CREATURE, ID: " + Text(Object.Data) + ", Name: " + (Creature ? Creature->Name : "") + ")";
-  }
-  return Text(Object.Type);
-}
-
 [[noreturn]] void NoCreatureThere(const TWirePosition& Start, const TWirePosition& Destination,
                                   const TPlace& From, int drx, int dry, int drz, const TObject& Found) {
   std::vector<TNamedValue> Dump{
-      {"Found", KindOf(Found)},
+      {"Found", Text(Found.Type)},
       {"StartX", Text(Start.x)}, {"StartY", Text(Start.y)}, {"StartZ", Text(Start.z)},
       {"DestX", Text(Destination.x)}, {"DestY", Text(Destination.y)}, {"DestZ", Text(Destination.z)},
       {"DeltaX", Text(Destination.x - Start.x)}, {"DeltaY", Text(Destination.y - Start.y)},
