@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -24,6 +25,7 @@
 #include "tests/world/WorldTest.h"
 #include "world/Creatures.h"
 #include "world/Objects.h"
+#include "world/PlayerMessages.h"
 
 namespace {
 
@@ -159,6 +161,20 @@ class WorldMessagesTest : public testing_world::TFileTest {
   std::shared_ptr<TManualClock> m_Clock = std::make_shared<TManualClock>();
   std::unique_ptr<testing_world::TWorldModules> m_Modules;
 };
+
+// ---- The table
+
+TEST_F(WorldMessagesTest, WithBothReaderSetsEveryNamedCommandHasAReaderAndNoOtherDoes) {
+  InstallPlayerMessageReaders();
+  const std::vector<int> Named = GetGameCommandTypes();
+  for (int Type = 0; Type <= 255; ++Type) {
+    const bool IsNamed = std::find(Named.begin(), Named.end(), Type) != Named.end();
+    EXPECT_EQ(HasCommandReader(Type), IsNamed) << Type << " " << GetCommandName(Type);
+  }
+  TStream S;
+  S.U8(12);
+  EXPECT_NE(ReceiveFailure(S).find("unknown packet type during game (Type: 12)"), std::string::npos);
+}
 
 // ---- Full map descriptions
 
