@@ -8,15 +8,11 @@
 
 #include <csignal>
 #include <filesystem>
-#include <regex>
 #include <string>
 
 #include "graphics/Png.h"
 #include "tests/e2e/ClientFixture.h"
 
-#ifndef KELMO_SERVER_PROGRAM
-#error "KELMO_SERVER_PROGRAM must name the local server"
-#endif
 #ifndef KELMO_DEMO_WORLD
 #error "KELMO_DEMO_WORLD must name the demo world"
 #endif
@@ -28,33 +24,10 @@ namespace {
 
 using namespace harness;
 
-// kelmo-server with the demo world, on free ports.
-class CDemoServer {
- public:
-  explicit CDemoServer(const std::filesystem::path& Directory) : m_Log(Directory / "server.log") {
-    m_Process = std::make_unique<CProcess>(
-        std::vector<std::string>{KELMO_SERVER_PROGRAM, "--login-port", "0", "--game-port", "0", "--log",
-                                 m_Log.string(), "--world", KELMO_DEMO_WORLD},
-        std::vector<std::string>{}, Directory);
-    WaitFor([&] { return Port("login") != 0 && Port("game") != 0; }, 10s);
-  }
-  int Port(const std::string& Kind) const {
-    std::smatch Match;
-    const std::string Output = m_Process->StandardOutput();
-    if (!std::regex_search(Output, Match, std::regex(Kind + " port (\\d+)"))) return 0;
-    return std::stoi(Match[1]);
-  }
-  std::string Log() const { return ReadFile(m_Log); }
-
- private:
-  std::filesystem::path m_Log;
-  std::unique_ptr<CProcess> m_Process;
-};
-
 class MapScreenTest : public ClientTest {
  protected:
   std::vector<std::string> SignIn(const std::string& Walk) const {
-    std::vector<std::string> Environment{"KELMO_LOGIN_HOSTS=127.0.0.1:" + std::to_string(Server.Port("login")),
+    std::vector<std::string> Environment{"KELMO_LOGIN_HOSTS=127.0.0.1:" + std::to_string(Server.LoginPort()),
                                          "KELMO_AUTOLOGIN=demo:demo:Ayla",
                                          "KELMO_RECORD_DRAWING=" + DrawingLog().string()};
     if (!Walk.empty()) Environment.push_back("KELMO_TEST_WALK=" + Walk);
@@ -82,7 +55,7 @@ class MapScreenTest : public ClientTest {
     return ReadPng(Shot.string()).value_or(TImage{});
   }
 
-  CDemoServer Server{Home.Root()};
+  CLocalServer Server{Home.Root(), {}, {"--world", KELMO_DEMO_WORLD}};
 };
 
 // The composed picture starts yellow; a map that covers its window leaves

@@ -165,24 +165,13 @@ class CreatureTimingTest : public ::testing::Test, public IMessageHost {
   void Terminate(bool) override {}
 
   void StartServer() {
-    m_LogFile = m_Home.Root() / "server.log";
-    m_Server = std::make_unique<CProcess>(
-        std::vector<std::string>{KELMO_SERVER, "--login-port", "0", "--game-port", "0", "--log", m_LogFile.string(),
-                                 "--world", KELMO_DEMO_WORLD, "--seed", SERVER_SEED},
-        std::vector<std::string>{}, m_Home.Root());
-    ASSERT_TRUE(WaitFor([&] { return PortOf("login") != 0; }, 10s)) << m_Server->StandardError();
-  }
-
-  int PortOf(const std::string& Kind) const {
-    std::smatch Match;
-    const std::string Output = m_Server->StandardOutput();
-    if (!std::regex_search(Output, Match, std::regex(Kind + " port (\\d+)"))) return 0;
-    return std::stoi(Match[1]);
+    m_Server = std::make_unique<CLocalServer>(m_Home.Root(), std::vector<std::string>{},
+                                              std::vector<std::string>{"--world", KELMO_DEMO_WORLD, "--seed", SERVER_SEED});
   }
 
   // The client's modules as the program starts them, the world's included.
   void StartClient() {
-    setenv("KELMO_LOGIN_HOSTS", ("127.0.0.1:" + std::to_string(PortOf("login"))).c_str(), 1);
+    setenv("KELMO_LOGIN_HOSTS", ("127.0.0.1:" + std::to_string(m_Server->LoginPort())).c_str(), 1);
     setenv("KELMO_AUTOLOGIN", "demo:demo:Ayla", 1);
     InitRandom();
     LoadObjects((fs::path(KELMO_DATA_DIR) / "Kelmo.dat").string());
@@ -232,7 +221,7 @@ class CreatureTimingTest : public ::testing::Test, public IMessageHost {
   void Observe() {
     if (GetProgramTime() >= m_NextLogRead) {
       m_NextLogRead = GetProgramTime() + 100;
-      for (const TServerStep& Step : ReadServerLog(ReadFile(m_LogFile)).Steps) m_Walkers.insert(Step.Creature);
+      for (const TServerStep& Step : ReadServerLog(m_Server->Log()).Steps) m_Walkers.insert(Step.Creature);
       m_Walkers.insert(GetPlayerID());
     }
     const TWalkState& Walk = GetWalkState();
@@ -261,11 +250,10 @@ class CreatureTimingTest : public ::testing::Test, public IMessageHost {
                                           [](const TClientStep& S) { return S.Creature == GetPlayerID(); }));
   }
 
-  std::string ServerLog() const { return ReadFile(m_LogFile); }
+  std::string ServerLog() const { return m_Server->Log(); }
 
   CTestHome m_Home;
-  fs::path m_LogFile;
-  std::unique_ptr<CProcess> m_Server;
+  std::unique_ptr<CLocalServer> m_Server;
   CMessageHandler m_Handler{*this};
   bool m_GameView = false;
   int m_NextTick = 0;

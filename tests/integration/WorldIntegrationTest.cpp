@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <regex>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -61,31 +60,6 @@ constexpr TPlace UNDER_THE_HOLE{31999, 32003, 8};    // the hole is right above
 constexpr TPlace ABOVE_THE_STAIRS{31994, 32005, 7};  // one field on from the cave's stairs up
 constexpr int HOLE = 141;                            // its object type
 
-// kelmo-server with the demo world, on free ports.
-class CWorldServer {
- public:
-  explicit CWorldServer(const std::filesystem::path& Directory) : m_Log(Directory / "server.log") {
-    m_Process = std::make_unique<CProcess>(
-        std::vector<std::string>{KELMO_SERVER_PROGRAM, "--login-port", "0", "--game-port", "0", "--log",
-                                 m_Log.string(), "--world", KELMO_DEMO_WORLD},
-        std::vector<std::string>{}, Directory);
-    WaitFor([&] { return Port("game") != 0; }, 10s);
-    if (Port("game") == 0) throw std::runtime_error("the server did not start: " + m_Process->StandardError());
-  }
-
-  int Port(const std::string& Kind) const {
-    std::smatch Match;
-    const std::string Output = m_Process->StandardOutput();
-    if (!std::regex_search(Output, Match, std::regex(Kind + " port (\\d+)"))) return 0;
-    return std::stoi(Match[1]);
-  }
-  std::string Log() const { return ReadFile(m_Log); }
-
- private:
-  std::filesystem::path m_Log;
-  std::unique_ptr<CProcess> m_Process;
-};
-
 class WorldIntegrationTest : public ::testing::Test, public IMessageHost {
  protected:
   WorldIntegrationTest() {
@@ -94,7 +68,7 @@ class WorldIntegrationTest : public ::testing::Test, public IMessageHost {
       setenv(Entry.substr(0, Equals).c_str(), Entry.substr(Equals + 1).c_str(), 1);
     }
     unsetenv("KELMO_NONINTERACTIVE");
-    setenv("KELMO_LOGIN_HOSTS", ("127.0.0.1:" + std::to_string(Server.Port("login"))).c_str(), 1);
+    setenv("KELMO_LOGIN_HOSTS", ("127.0.0.1:" + std::to_string(Server.LoginPort())).c_str(), 1);
     setenv("KELMO_AUTOLOGIN", "demo:demo:Ayla", 1);
     InitPaths("");
     SetClockSource(Clock);
@@ -215,7 +189,7 @@ class WorldIntegrationTest : public ::testing::Test, public IMessageHost {
   }
 
   CTestHome Home;
-  CWorldServer Server{Home.Root()};
+  CLocalServer Server{Home.Root(), {}, {"--world", KELMO_DEMO_WORLD}};
   std::shared_ptr<TManualClock> Clock = std::make_shared<TManualClock>();
   CMessageHandler Handler{*this};
 };

@@ -173,10 +173,12 @@ CXServer::~CXServer() {
   m_Process->WaitExit(5s);
 }
 
-CLocalServer::CLocalServer(const fs::path& Directory, const std::vector<std::string>& Faults)
+CLocalServer::CLocalServer(const fs::path& Directory, const std::vector<std::string>& Faults,
+                           const std::vector<std::string>& Options)
     : m_LogFile(Directory / "server.log") {
   std::vector<std::string> Words = {KELMO_SERVER, "--login-port", "0", "--game-port", "0",
                                     "--log", m_LogFile.string()};
+  Words.insert(Words.end(), Options.begin(), Options.end());
   for (const std::string& Fault : Faults) {
     Words.push_back("--fault");
     Words.push_back(Fault);

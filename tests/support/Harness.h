@@ -78,8 +78,11 @@ class CXServer {
 // The project's local server on free ports, logging to a file in Directory.
 class CLocalServer {
  public:
+  // Options go on the command line after the ports and the log, e.g.
+  // {"--world", <file>}.
   explicit CLocalServer(const std::filesystem::path& Directory,
-                        const std::vector<std::string>& Faults = {});
+                        const std::vector<std::string>& Faults = {},
+                        const std::vector<std::string>& Options = {});
   int LoginPort() const { return m_LoginPort; }
   int GamePort() const { return m_GamePort; }
   std::string Log() const;
