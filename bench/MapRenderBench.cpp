@@ -1,4 +1,4 @@
-// Frame times of the map window under X with the OpenGL engine, light on and
+// Frame times of the map window under X with each engine, light on and
 // no frame limit, at 1920 x 1080 and 800 x 600: a town (a few objects a field,
 // 15 creatures) and a full scene (10 objects on every field of three floors,
 // 100 walking creatures with names and bars, 200 effects, 10 talkboxes), each
@@ -218,12 +218,12 @@ void TearDownModules() {
   MessageQueue().Clear();
 }
 
-void Run(int Width, int Height, int Frames) {
+void Run(int Engine, int Width, int Height, int Frames) {
   platform::CWindow Window("Kelmo", Width, Height);
   Window.Show(false);
   for (const auto& [Name, Build] : {std::pair<const char*, void (*)()>{"town", Town}, {"full", Full}}) {
     SetUpModules();
-    SelectEngine(ENGINE_OPENGL, Window);
+    SelectEngine(Engine, Window);
     GetSurface()->Startup();
     PrepareWorldForGame();
     ClearTalkboxes();
@@ -237,11 +237,11 @@ void Run(int Width, int Height, int Frames) {
       GetSurface()->ClearSurface(SCREEN_SURFACE, {0, 0, 0}, 255);
       Frame.Draw(SCREEN_SURFACE, 0, 0);
     });
-    std::printf("%4d x %4d %-5s map: median %6.2f ms, p95 %6.2f ms | clear only: median %5.2f ms, p95 %5.2f ms | "
+    std::printf("%-8s %4d x %4d %-5s map: median %6.2f ms, p95 %6.2f ms | clear only: median %5.2f ms, p95 %5.2f ms | "
                 "ratio median %5.1f, p95 %5.1f\n",
-                Width, Height, Name, Map.Median, Map.P95, Clear.Median, Clear.P95, Map.Median / Clear.Median,
+                GetSurface()->Name(), Width, Height, Name, Map.Median, Map.P95, Clear.Median, Clear.P95, Map.Median / Clear.Median,
                 Map.P95 / Clear.P95);
-    std::printf("            per frame: %lld operations, %lld pixels, %lld target changes, %lld sprite page writes\n",
+    std::printf("                     per frame: %lld operations, %lld pixels, %lld target changes, %lld sprite page writes\n",
                 Map.Operations, Map.Pixels, Map.TargetChanges, Map.PageWrites);
     TearDownModules();
   }
@@ -256,8 +256,10 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "no display: %s\n", Error.c_str());
     return 1;
   }
-  Run(1920, 1080, Frames);
-  Run(800, 600, Frames);
+  for (const int Engine : {ENGINE_DIRECTX5, ENGINE_OPENGL}) {
+    Run(Engine, 1920, 1080, Frames);
+    Run(Engine, 800, 600, Frames);
+  }
   platform::CWindow::ShutdownDisplay();
   return 0;
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "graphics/Surface.h"
+#include "graphics/SurfacePixels.h"
 
 class CSurfaceDX : public CSurface {
  public:
@@ -78,7 +79,12 @@ class CSurfaceDX : public CSurface {
             const TRGBColor* Key);
   void CheckStages(int ToSurface, int FromSurface, int ToWidth, int ToHeight, int FromWidth, int FromHeight) const;
   void ResizeScreen();
+  void LightRect(TPixels& To, const TRect& Rect, TEdges Area, const TLightCorners& Corners);
 
   std::array<TPixels, NUMBER_OF_SURFACES> m_Surfaces;
   bool m_DeviceReady = false;
+  // Per-call tables, kept to spare the allocation: source columns of a
+  // scaled copy, light columns of a light rectangle.
+  std::vector<int> m_SourceColumns;
+  std::vector<TLightColumn> m_LightColumns;
 };

@@ -1,7 +1,5 @@
 #include "graphics/SurfacePixels.h"
 
-#include <cmath>
-
 #include "core/Exception.h"
 
 void CheckImageArea(int x, int y, int Width, int Height, int SurfaceWidth, int SurfaceHeight, size_t PixelBytes,
@@ -29,16 +27,9 @@ TRGBColor Tint(TRGBColor Source, TRGBColor Channel) {
   return {Channel.r * Luminance / 256, Channel.g * Luminance / 256, Channel.b * Luminance / 256};
 }
 
-TRGBColor InterpolateCorners(const TLightCorners& Corners, double u, double v) {
-  const auto Mix = [&](int TopLeft, int TopRight, int BottomLeft, int BottomRight) {
-    const double Top = TopLeft + (TopRight - TopLeft) * u;
-    const double Bottom = BottomLeft + (BottomRight - BottomLeft) * u;
-    return static_cast<int>(std::lround(Top + (Bottom - Top) * v));
-  };
+TLightColumn LightColumn(const TLightCorners& Corners, double u) {
   const auto& [TL, TR, BL, BR] = Corners;
-  return {Mix(TL.r, TR.r, BL.r, BR.r), Mix(TL.g, TR.g, BL.g, BR.g), Mix(TL.b, TR.b, BL.b, BR.b)};
-}
-
-TRGBColor MultiplyLight(TRGBColor Pixel, TRGBColor Light) {
-  return {(Pixel.r * Light.r + 127) / 255, (Pixel.g * Light.g + 127) / 255, (Pixel.b * Light.b + 127) / 255};
+  const auto Edge = [u](int Left, int Right) { return Left + (Right - Left) * u; };
+  return {{Edge(TL.r, TR.r), Edge(TL.g, TR.g), Edge(TL.b, TR.b)},
+          {Edge(BL.r, BR.r), Edge(BL.g, BR.g), Edge(BL.b, BR.b)}};
 }

@@ -1,5 +1,6 @@
 #pragma once
 // Pixel arithmetic that the engines share, so that they agree to the bit.
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -43,6 +44,29 @@ inline int SampleOffset(int Offset, int FromSize, int ToSize) {
   return static_cast<int>((2LL * Offset + 1) * FromSize / (2LL * ToSize));
 }
 
-// The corners' colours at (u, v) of the rectangle, each 0 to 1.
-TRGBColor InterpolateCorners(const TLightCorners& Corners, double u, double v);
-TRGBColor MultiplyLight(TRGBColor Pixel, TRGBColor Light);
+// The light across one column of a rectangle: per component, its value at
+// the top and at the bottom edge.
+struct TLightColumn {
+  std::array<double, 3> Top;
+  std::array<double, 3> Bottom;
+};
+
+// The column at u (0 to 1) of the rectangle with these corner colours.
+TLightColumn LightColumn(const TLightCorners& Corners, double u);
+
+// Half away from zero, as lround, for the non-negative values of light; the
+// subtraction of the whole part is exact, so no tie is misjudged.
+inline int RoundLight(double Value) {
+  const int Whole = static_cast<int>(Value);
+  return Value - Whole >= 0.5 ? Whole + 1 : Whole;
+}
+
+// The column's colour at v (0 to 1).
+inline TRGBColor LightAt(const TLightColumn& Column, double v) {
+  const auto Mix = [&](int c) { return RoundLight(Column.Top[c] + (Column.Bottom[c] - Column.Top[c]) * v); };
+  return {Mix(0), Mix(1), Mix(2)};
+}
+
+inline TRGBColor MultiplyLight(TRGBColor Pixel, TRGBColor Light) {
+  return {(Pixel.r * Light.r + 127) / 255, (Pixel.g * Light.g + 127) / 255, (Pixel.b * Light.b + 127) / 255};
+}

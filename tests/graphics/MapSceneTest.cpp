@@ -2,9 +2,10 @@
 // the built data files: a stack of objects with elevation, a roof over the
 // player, a creature in the middle of a step, light on and off, the labels of
 // several creatures, and two talkboxes over one field. Each frame, drawn by
-// the OpenGL engine under a private X server, must match its golden image,
-// and the drawing log (labels, bars, texts) its committed log. A still scene
-// draws nothing into the field cache in its second frame.
+// each engine under a private X server, must match that engine's golden
+// image, and the drawing log (labels, bars, texts) its committed log, which
+// both engines share. A still scene draws nothing into the field cache in its
+// second frame.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -36,6 +37,7 @@
 #include "tests/net/ServerPacket.h"
 #include "tests/graphics/DisplayWindow.h"
 #include "tests/support/Harness.h"
+#include "world/Animation.h"
 #include "world/Creatures.h"
 #include "world/Map.h"
 #include "world/Objects.h"
@@ -90,10 +92,13 @@ std::string ReadText(const std::filesystem::path& File) {
   return Text.str();
 }
 
-class MapSceneTest : public ::testing::Test {
+class MapSceneTest : public ::testing::TestWithParam<int> {
  protected:
   MapSceneTest() {
     SetClockSource(m_Clock);
+    // Animations start in phase 1 whatever ran before, so that the pictures
+    // don't depend on the order of the tests.
+    SetAnimationRandomSource([] { return 0u; });
     ResetProgramState();
     InitPreferences();
     Preferences().ConfineFramerate = 201;
@@ -113,7 +118,7 @@ class MapSceneTest : public ::testing::Test {
     ClearTalkboxes();
     SetStatusMessage("");
     LogIn();
-    SelectEngine(ENGINE_OPENGL, testdisplay::TestWindow());
+    SelectEngine(GetParam(), testdisplay::TestWindow());
     GetSurface()->Startup();
     m_Map = std::make_unique<CMapWindow>();
     m_Map->SetSize(MAP_PICTURE_WIDTH, MAP_PICTURE_HEIGHT);
@@ -134,6 +139,7 @@ class MapSceneTest : public ::testing::Test {
     ExitPreferences();
     MessageQueue().Clear();
     SetClockSource(nullptr);
+    SetAnimationRandomSource(nullptr);
   }
 
   // SLOGINSUCCESS through the receive path makes PLAYER the own character.
@@ -205,7 +211,8 @@ class MapSceneTest : public ::testing::Test {
   // one; KELMO_UPDATE_GOLDEN=1 writes both.
   void ExpectGolden(const std::string& Name) {
     const TImage Image = Frame();
-    EXPECT_EQ(testcard::CompareWithGolden(Image, "map-" + Name, 0), "");
+    const std::string Engine = GetParam() == ENGINE_OPENGL ? "" : "-software";
+    EXPECT_EQ(testcard::CompareWithGolden(Image, "map-" + Name + Engine, 0), "");
     const std::filesystem::path File = std::filesystem::path(KELMO_GOLDEN_DIR) / ("map-" + Name + ".log");
     const char* Update = std::getenv("KELMO_UPDATE_GOLDEN");
     if (Update != nullptr && std::string(Update) == "1") {
@@ -228,7 +235,7 @@ class MapSceneTest : public ::testing::Test {
 
 // A table, a barrel and things on them: each HEIGHT object lifts what lies
 // above it by its elevation, up to 24 pixels.
-TEST_F(MapSceneTest, FieldStackWithElevation) {
+TEST_P(MapSceneTest, FieldStackWithElevation) {
   AppendObject(6, 4, PF, Item(TABLE));
   AppendObject(6, 4, PF, Item(APPLE, 3));
   AppendObject(7, 4, PF, Item(BARREL));
@@ -243,7 +250,7 @@ TEST_F(MapSceneTest, FieldStackWithElevation) {
 
 // Ground on the floor above the player hides that floor everywhere; out in
 // the open the same floor is drawn.
-TEST_F(MapSceneTest, RoofOverThePlayerHidesTheUpperFloor) {
+TEST_P(MapSceneTest, RoofOverThePlayerHidesTheUpperFloor) {
   for (int rx = 4; rx <= 10; ++rx) {
     for (int ry = 2; ry <= 8; ++ry) {
       AppendObject(rx, ry, PF + 1, Item(WOODEN_FLOOR));
@@ -272,7 +279,7 @@ TEST_F(MapSceneTest, RoofOverThePlayerHidesTheUpperFloor) {
 
 // A rat half way through a step east is drawn once, in the list of the field
 // it enters, 16 pixels short of it.
-TEST_F(MapSceneTest, WalkingCreatureMidStep) {
+TEST_P(MapSceneTest, WalkingCreatureMidStep) {
   constexpr std::uint32_t WALKER = 0x40000010;
   TCreature& Rat = Place(WALKER, "Rat", 10, 7, RAT);
   Rat.Speed = 110;
@@ -296,7 +303,7 @@ TEST_F(MapSceneTest, WalkingCreatureMidStep) {
 
 // Night with a street lamp, a camp fire and the player's own glow, then the
 // same scene with the light switched off.
-TEST_F(MapSceneTest, LightOnAndOff) {
+TEST_P(MapSceneTest, LightOnAndOff) {
   SetAmbiente(40, 173);
   for (int Beat = 0; Beat < 256; ++Beat) StepAmbiente();
   AppendObject(5, 4, PF, Item(STREET_LAMP));
@@ -308,7 +315,7 @@ TEST_F(MapSceneTest, LightOnAndOff) {
 
 // Bars and names by health, a creature under a roof in grey, the marks of
 // party, skull and war, and an NPC's speech icon.
-TEST_F(MapSceneTest, NamesAndHealthBarsOfSeveralCreatures) {
+TEST_P(MapSceneTest, NamesAndHealthBarsOfSeveralCreatures) {
   TCreature& Tobias = Place(0x40000001, "Tobias", 5, 5, TRADER);
   Tobias.OutfitData = {95, 113, 96, 115, 1};
   Tobias.SpeechFlag = 1;
@@ -336,7 +343,7 @@ TEST_F(MapSceneTest, NamesAndHealthBarsOfSeveralCreatures) {
 // until they no longer touch or reach the end of their room, half their
 // width to either side of the field. (Boxes of which one is much narrower
 // keep the same overlap after the first step, so they stop after two pixels.)
-TEST_F(MapSceneTest, TwoTalkboxesOnOneField) {
+TEST_P(MapSceneTest, TwoTalkboxesOnOneField) {
   Place(0x40000001, "Tobias", 8, 3, TRADER);
   const int x = MAP_X - 8 + 8, y = MAP_Y - 6 + 3;
   SetTalkbox(TALK_SAY, "Tobias", x, y, MAP_Z, "Welcome to Kelmo, traveller!");
@@ -348,7 +355,7 @@ TEST_F(MapSceneTest, TwoTalkboxesOnOneField) {
 
 // The second frame of a scene where nothing moves finds every settled
 // sprite in the field cache.
-TEST_F(MapSceneTest, AStillSceneWritesNothingIntoTheFieldCache) {
+TEST_P(MapSceneTest, AStillSceneWritesNothingIntoTheFieldCache) {
   AppendObject(6, 4, PF, Item(TABLE));
   AppendObject(7, 4, PF, Item(BARREL));
   Frame();
@@ -358,5 +365,10 @@ TEST_F(MapSceneTest, AStillSceneWritesNothingIntoTheFieldCache) {
   EXPECT_EQ(m_Map->CacheCounters().SpritesWritten, 0);
   EXPECT_GT(m_Map->CacheCounters().SpritesFound, 100);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, MapSceneTest, ::testing::Values(ENGINE_OPENGL, ENGINE_DIRECTX5),
+                         [](const ::testing::TestParamInfo<int>& Info) {
+                           return std::string(Info.param == ENGINE_OPENGL ? "OpenGL" : "Software");
+                         });
 
 }  // namespace
