@@ -1,6 +1,7 @@
 #include "graphics/Engines.h"
 
 #include <chrono>
+#include <string>
 
 #include "core/Preferences.h"
 #include "core/ProgramState.h"
@@ -16,6 +17,16 @@ bool IsEngineNumber(int Engine) { return Engine >= ENGINE_DIRECTX5 && Engine <= 
 
 constexpr int Bit(int Engine) { return 1 << Engine; }
 
+// The rasterisers that run on the processor. Like the system's generic
+// implementation elsewhere they count as no OpenGL: on them the software
+// engine draws the map in a third of the time.
+bool IsSoftwareRenderer(const std::string& Renderer) {
+  for (const char* Name : {"llvmpipe", "softpipe", "Software Rasterizer", "swrast"}) {
+    if (Renderer.find(Name) != std::string::npos) return true;
+  }
+  return false;
+}
+
 // The second engine of the other platform is not built here: no library, no probe.
 class CMachineProbes : public IEngineProbes {
  public:
@@ -24,7 +35,11 @@ class CMachineProbes : public IEngineProbes {
   bool HasDirect3D9Library() override { return false; }
   bool ProbeDirect3D9() override { return false; }
   TOpenGLFormat ChooseOpenGLFormat() override {
-    return m_Window.SupportsOpenGL() ? TOpenGLFormat::USABLE : TOpenGLFormat::NONE;
+    if (!m_Window.SupportsOpenGL()) return TOpenGLFormat::NONE;
+    platform::CGLContext Context(m_Window);
+    if (!Context.IsValid()) return TOpenGLFormat::NONE;
+    Context.MakeCurrent();
+    return IsSoftwareRenderer(Context.Renderer()) ? TOpenGLFormat::GENERIC : TOpenGLFormat::USABLE;
   }
   bool ProbeOpenGL() override {
     std::unique_ptr<CSurface> Surface = MakeSurface(ENGINE_OPENGL);

@@ -330,6 +330,15 @@ void CGLContext::SwapBuffers() {
   if (LoseOpenGLAfterSwaps >= 0 && ++SwapCount >= LoseOpenGLAfterSwaps) OpenGLLost = true;
 }
 
+// Looked up at run time, as every other call beyond the context is.
+std::string CGLContext::Renderer() const {
+  using TGetString = const unsigned char* (*)(unsigned);
+  constexpr unsigned GL_RENDERER_NAME = 0x1F01;
+  const auto GetString = reinterpret_cast<TGetString>(GetProcAddress("glGetString"));
+  const unsigned char* Name = GetString != nullptr ? GetString(GL_RENDERER_NAME) : nullptr;
+  return Name != nullptr ? reinterpret_cast<const char*>(Name) : "";
+}
+
 void* CGLContext::GetProcAddress(const char* Name) { return SDL_GL_GetProcAddress(Name); }
 
 void CGLContext::SimulateOpenGLAbsent(bool Absent) {

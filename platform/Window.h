@@ -111,6 +111,8 @@ class CGLContext {
   const std::string& Error() const { return m_Error; }
   void MakeCurrent();
   void SwapBuffers();
+  // The implementation's name for itself; the context must be current.
+  std::string Renderer() const;
 
   static void* GetProcAddress(const char* Name);
   static void SimulateOpenGLAbsent(bool Absent);

@@ -1,5 +1,7 @@
 // The real client draws through the chosen engine, takes screenshots on the
 // key and on request, and falls back to the software engine without OpenGL.
+// The X server's OpenGL runs on the processor, so the client takes it only
+// when the command line forces it.
 #include <gtest/gtest.h>
 #include <signal.h>
 
@@ -53,8 +55,8 @@ class ClientDrawingTest : public ClientTest {
   }
 };
 
-TEST_F(ClientDrawingTest, DrawsWithOpenGLAndWritesTheFrameOnRequest) {
-  auto Client = StartClient();
+TEST_F(ClientDrawingTest, DrawsWithForcedOpenGLAndWritesTheFrameOnRequest) {
+  auto Client = StartClient({"engine", "1"});
   ASSERT_FALSE(WaitForWindows(1).empty()) << Client->StandardError();
   ASSERT_TRUE(RequestScreenshot(*Client, 1)) << Client->StandardError();
   ExpectBlackFrame(Screenshot(1));
@@ -87,7 +89,7 @@ TEST_F(ClientDrawingTest, WithoutOpenGLTheSoftwareEngineDraws) {
 }
 
 TEST_F(ClientDrawingTest, LosingOpenGLWhileRunningFallsBackAndKeepsDrawing) {
-  auto Client = StartClient({}, {"KELMO_LOSE_OPENGL_AFTER=5"});
+  auto Client = StartClient({"engine", "1"}, {"KELMO_LOSE_OPENGL_AFTER=5"});
   ASSERT_FALSE(WaitForWindows(1).empty()) << Client->StandardError();
   ASSERT_TRUE(WaitFor([&] { return Client->StandardError().find("no OpenGL context") != std::string::npos; }, 20s))
       << Client->StandardError();
