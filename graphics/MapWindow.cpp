@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <optional>
 #include <string>
 
 #include "core/Clock.h"
@@ -13,6 +14,8 @@
 #include "graphics/Fonts.h"
 #include "graphics/Graphics.h"
 #include "graphics/Talkboxes.h"
+#include "gui/Routing.h"
+#include "net/Commands.h"
 #include "world/Creatures.h"
 #include "world/Map.h"
 #include "world/Objects.h"
@@ -63,6 +66,17 @@ TFieldObjects ReadField(int rx, int ry, int rz) {
     Field.Objects[Field.Count++] = Object;
   }
   return Field;
+}
+
+// The selection frame of a creature: under the mouse, attack target, follow
+// target, each later rule over the earlier; none if no rule holds.
+std::optional<TRGBColor> SelectionColor(std::uint32_t Id, std::uint32_t PointerCreature) {
+  const bool Pointed = Id == PointerCreature;
+  std::optional<TRGBColor> Color;
+  if (Pointed) Color = TRGBColor{248, 248, 248};
+  if (Id == CombatTargets().AttackTarget) Color = Pointed ? TRGBColor{248, 164, 164} : TRGBColor{224, 64, 64};
+  if (Id == CombatTargets().FollowTarget) Color = Pointed ? TRGBColor{180, 248, 180} : TRGBColor{64, 224, 64};
+  return Color;
 }
 
 // The outfit palette: colour number to a colour by hue, saturation and value.
@@ -191,6 +205,7 @@ void CMapWindow::Draw(int ToSurface, int x, int y) {
   m_PlayerFloor = GetPlayerFloor();
   ComputeTopFloor();
   ComputeCoverFloor();
+  m_PointerCreature = CreatureUnderMouse(x, y);
   m_CreatureLabels.clear();
   m_TextLabels.clear();
   GetMapPosition(m_PlayerX, m_PlayerY, m_PlayerZ);
@@ -440,6 +455,9 @@ void CMapWindow::DrawCreatures(int px, int py, int rx, int ry, int rz, int Mode,
       Surface().DrawFrameClipped(TEMP_SURFACE, Frame.x, Frame.y, Frame.width, Frame.height, 2, Color, PICTURE_CLIP);
       Frame = {Frame.x + 2, Frame.y + 2, Frame.width - 4, Frame.height - 4};
     };
+    if (const std::optional<TRGBColor> Color = SelectionColor(Creature.CreatureID, m_PointerCreature)) {
+      DrawMark(*Color);
+    }
     if (Options.CreaturePvPFrames && Creature.Squared) {
       DrawMark({Creature.SquareRed, Creature.SquareGreen, Creature.SquareBlue});
     }
@@ -986,6 +1004,13 @@ void CMapWindow::PointToField(int x, int y, int& rx, int& ry, int& rz) const {
     });
     if (Floor) return;
   }
+}
+
+// The element stands at (x, y) on the root this frame.
+std::uint32_t CMapWindow::CreatureUnderMouse(int x, int y) const {
+  const int mx = GetMouseX() - x, my = GetMouseY() - y;
+  if (mx < 0 || my < 0 || mx >= Width || my >= Height) return 0;
+  return CreatureAtPoint(mx, my);
 }
 
 std::uint32_t CMapWindow::CreatureAtPoint(int x, int y) const {

@@ -92,6 +92,7 @@ class CMapWindow : public CGUIComposite {
 
   void DrawField(int px, int py, int rx, int ry, int rz, int Mode);
   void DrawCreatures(int px, int py, int rx, int ry, int rz, int Mode, int Elevation);
+  std::uint32_t CreatureUnderMouse(int x, int y) const;
   void DrawEffects(int px, int py, int rx, int ry, int rz, int Mode, int Elevation);
   void DrawObject(int px, int py, int rz, const TObject& Object, int x, int y, int z);
   void DrawOutfit(int px, int py, int rz, const TCreature& Creature);
@@ -126,6 +127,7 @@ class CMapWindow : public CGUIComposite {
   int m_ScrollX = 32, m_ScrollY = 32;
   int m_DisplacementX = 0, m_DisplacementY = 0;
   int m_Now = 0;
+  std::uint32_t m_PointerCreature = 0;  // under the mouse, by the last frame's labels
   std::array<std::array<TFieldCacheEntry, FIELD_CACHE_HEIGHT>, FIELD_CACHE_WIDTH> m_FieldCache{};
   TFieldCacheCounters m_CacheCounters;
 };

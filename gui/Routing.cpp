@@ -42,6 +42,9 @@ void Forget() {
 
 }  // namespace
 
+int GetMouseX() { return Mouse.MouseX; }
+int GetMouseY() { return Mouse.MouseY; }
+
 void MouseMoveEvent(int x, int y) {
   if (x != Mouse.MouseX || y != Mouse.MouseY) ClearTooltip();
   Mouse.MouseX = x;

@@ -25,5 +25,9 @@ bool MainWindowHasCapture();
 
 void ResetRouting();
 
+// Where the mouse was last seen, in the root's coordinates.
+int GetMouseX();
+int GetMouseY();
+
 // The key code that toggles the frame-rate display (Alt+F8).
 constexpr int KEY_TOGGLE_FRAMERATE = 0x907;

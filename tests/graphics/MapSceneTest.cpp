@@ -27,6 +27,8 @@
 #include "graphics/Recorder.h"
 #include "graphics/Talkboxes.h"
 #include "gui/GUI.h"
+#include "gui/Routing.h"
+#include "net/Commands.h"
 #include "net/Communication.h"
 #include "net/Connection.h"
 #include "net/Login.h"
@@ -140,6 +142,8 @@ class MapSceneTest : public ::testing::TestWithParam<int> {
     MessageQueue().Clear();
     SetClockSource(nullptr);
     SetAnimationRandomSource(nullptr);
+    CombatTargets() = {};
+    MouseMoveEvent(0, 0);
   }
 
   // SLOGINSUCCESS through the receive path makes PLAYER the own character.
@@ -351,6 +355,39 @@ TEST_P(MapSceneTest, TwoTalkboxesOnOneField) {
   ExpectGolden("talkboxes");
   const TTalkboxBounds First = GetTalkboxBounds(1), Second = GetTalkboxBounds(2);
   EXPECT_GE(Second.x - First.x, 10);
+}
+
+// The attack target framed red, the follow target green, the creature under
+// the mouse white; under the mouse the target's frame turns lighter.
+TEST_P(MapSceneTest, SelectionFramesOfTargetsAndTheCreatureUnderTheMouse) {
+  constexpr std::uint32_t ATTACKED = 0x40000001, FOLLOWED = 0x40000002, POINTED = 0x40000003;
+  Place(ATTACKED, "Rat", 6, 5, RAT);
+  Place(FOLLOWED, "Rat", 10, 5, RAT);
+  Place(POINTED, "Tobias", 8, 8, TRADER);
+  CombatTargets().AttackTarget = ATTACKED;
+  CombatTargets().FollowTarget = FOLLOWED;
+  Frame();  // the labels that the mouse is matched against
+  MouseMoveEvent(8 * 32 - 32 + 16, 8 * 32 - 32 + 10);
+  ExpectGolden("selection");
+
+  // Without light the frames keep their colours: the top left corner of each.
+  Preferences().LightEffects = false;
+  const auto Corner = [](const TImage& Image, int rx, int ry) {
+    const size_t At = (static_cast<size_t>(ry * 32 - 32) * Image.Width + (rx * 32 - 32)) * 3;
+    return TRGBColor{Image.Pixels[At], Image.Pixels[At + 1], Image.Pixels[At + 2]};
+  };
+  MouseMoveEvent(6 * 32 - 32 + 16, 5 * 32 - 32 + 10);
+  Frame();
+  const TImage OverAttacked = Frame();
+  EXPECT_EQ(Corner(OverAttacked, 6, 5), (TRGBColor{248, 164, 164}));
+  EXPECT_EQ(Corner(OverAttacked, 10, 5), (TRGBColor{64, 224, 64}));
+  MouseMoveEvent(10 * 32 - 32 + 16, 5 * 32 - 32 + 10);
+  const TImage OverFollowed = Frame();
+  EXPECT_EQ(Corner(OverFollowed, 6, 5), (TRGBColor{224, 64, 64}));
+  EXPECT_EQ(Corner(OverFollowed, 10, 5), (TRGBColor{180, 248, 180}));
+  EXPECT_EQ(Corner(OverFollowed, 8, 8), TRGBColor(Corner(OverAttacked, 8, 8)));
+  MouseMoveEvent(-100, -100);
+  EXPECT_EQ(Corner(Frame(), 8, 8), Corner(OverFollowed, 8, 8));  // Tobias stays unframed
 }
 
 // The second frame of a scene where nothing moves finds every settled
