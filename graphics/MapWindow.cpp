@@ -221,6 +221,7 @@ void CMapWindow::Draw(int ToSurface, int x, int y) {
   for (int rz = 0; rz <= m_TopFloor; ++rz) {
     if (rz > 0 && rz == m_PlayerFloor) DimLightMap();
     BaseLightPass(rz);
+    CollectCreatures(rz);
     for (int rx = 0; rx < MAPSIZE_X; ++rx) {
       for (int ry = 0; ry < MAPSIZE_Y; ++ry) {
         DrawField(rx * FIELD_SIZE - m_ScrollX, ry * FIELD_SIZE - m_ScrollY, rx, ry, rz, 0);
@@ -409,6 +410,20 @@ void CMapWindow::DrawField(int px, int py, int rx, int ry, int rz, int Mode) {
   if (Top != nullptr) DrawObject(px, py, rz, *Top, wx, wy, wz);
 }
 
+void CMapWindow::CollectCreatures(int rz) {
+  for (int rx = 0; rx < MAPSIZE_X; ++rx) {
+    for (int ry = 0; ry < MAPSIZE_Y; ++ry) {
+      TFieldCreatures& On = m_FieldCreatures[rx][ry];
+      On.Count = 0;
+      const TFieldObjects Field = ReadField(rx, ry, rz);
+      for (int i = 0; i < Field.Count; ++i) {
+        if (Field.Objects[i].Type != CREATURE) continue;
+        if (TCreature* Creature = FindCreature(Field.Objects[i].Data)) On.Creatures[On.Count++] = Creature;
+      }
+    }
+  }
+}
+
 // The creatures whose picture has its lower right on this field, walking or
 // not, front ones last.
 void CMapWindow::DrawCreatures(int px, int py, int rx, int ry, int rz, int Mode, int E) {
@@ -417,11 +432,9 @@ void CMapWindow::DrawCreatures(int px, int py, int rx, int ry, int rz, int Mode,
   for (int fx = rx - 1; fx <= rx + 1 && Count <= MAX_FIELD_CREATURES; ++fx) {
     for (int fy = ry - 1; fy <= ry + 1 && Count <= MAX_FIELD_CREATURES; ++fy) {
       if (!InBlock(fx, fy)) continue;
-      const TFieldObjects Field = ReadField(fx, fy, rz);
-      for (int i = 0; i < Field.Count; ++i) {
-        if (Field.Objects[i].Type != CREATURE) continue;
-        TCreature* Creature = FindCreature(Field.Objects[i].Data);
-        if (Creature == nullptr) continue;
+      const TFieldCreatures& On = m_FieldCreatures[fx][fy];
+      for (int i = 0; i < On.Count; ++i) {
+        TCreature* Creature = On.Creatures[i];
         if (Count == MAX_FIELD_CREATURES) {
           ++Count;
           break;

@@ -91,6 +91,7 @@ class CMapWindow : public CGUIComposite {
   void DrawLight();
 
   void DrawField(int px, int py, int rx, int ry, int rz, int Mode);
+  void CollectCreatures(int rz);
   void DrawCreatures(int px, int py, int rx, int ry, int rz, int Mode, int Elevation);
   std::uint32_t CreatureUnderMouse(int x, int y) const;
   void DrawEffects(int px, int py, int rx, int ry, int rz, int Mode, int Elevation);
@@ -127,6 +128,13 @@ class CMapWindow : public CGUIComposite {
   int m_ScrollX = 32, m_ScrollY = 32;
   int m_DisplacementX = 0, m_DisplacementY = 0;
   int m_Now = 0;
+  // The creatures on each field of the floor being drawn, in stacking
+  // order: every field's list looks at nine fields, so each is read once.
+  struct TFieldCreatures {
+    std::array<TCreature*, OBJECTS_PER_POINT> Creatures{};
+    int Count = 0;
+  };
+  std::array<std::array<TFieldCreatures, MAPSIZE_Y>, MAPSIZE_X> m_FieldCreatures{};
   std::uint32_t m_PointerCreature = 0;  // under the mouse, by the last frame's labels
   std::array<std::array<TFieldCacheEntry, FIELD_CACHE_HEIGHT>, FIELD_CACHE_WIDTH> m_FieldCache{};
   TFieldCacheCounters m_CacheCounters;
