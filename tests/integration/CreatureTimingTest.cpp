@@ -44,6 +44,7 @@
 #include "net/Login.h"
 #include "net/Random.h"
 #include "platform/MessageBox.h"
+#include "tests/integration/HeadlessClient.h"
 #include "tests/support/Harness.h"
 #include "world/Creatures.h"
 #include "world/Map.h"
@@ -129,43 +130,15 @@ int StraightPath(int X, int Y, int) {
   return Planned == std::abs(Walk.DestX - X) + std::abs(Walk.DestY - Y) ? 1 : 2;
 }
 
-class CreatureTimingTest : public ::testing::Test, public IMessageHost {
+class CreatureTimingTest : public CHeadlessClientTest {
  protected:
   CreatureTimingTest() {
-    for (const std::string& Entry : m_Home.Environment()) {
-      const size_t Equals = Entry.find('=');
-      setenv(Entry.substr(0, Equals).c_str(), Entry.substr(Equals + 1).c_str(), 1);
-    }
-    unsetenv("KELMO_NONINTERACTIVE");
-    InitPaths("");
     SetClockSource(nullptr);  // both processes on the monotonic clock
-    platform::SetMessageBoxHandler([](const std::string&, const std::string&, platform::TBoxIcon) {});
     ResetProgramState();
-    MessageQueue().Clear();
   }
-
-  ~CreatureTimingTest() override {
-    ClientHooks() = TClientHooks{};
-    ExitLogin();
-    ExitConnection();
-    ExitNetwork();
-    ExitCreatures();
-    ExitMap();
-    ExitObjects();
-    ExitPreferences();
-    ExitRandom();
-    platform::SetMessageBoxHandler(nullptr);
-    MessageQueue().Clear();
-    TAccountManager::getInstance().clearCharacters();
-    unsetenv("KELMO_AUTOLOGIN");
-    unsetenv("KELMO_LOGIN_HOSTS");
-  }
-
-  bool CanTakeMessages() const override { return true; }
-  void Terminate(bool) override {}
 
   void StartServer() {
-    m_Server = std::make_unique<CLocalServer>(m_Home.Root(), std::vector<std::string>{},
+    m_Server = std::make_unique<CLocalServer>(Home.Root(), std::vector<std::string>{},
                                               std::vector<std::string>{"--world", KELMO_DEMO_WORLD, "--seed", SERVER_SEED});
   }
 
@@ -173,17 +146,7 @@ class CreatureTimingTest : public ::testing::Test, public IMessageHost {
   void StartClient() {
     setenv("KELMO_LOGIN_HOSTS", ("127.0.0.1:" + std::to_string(m_Server->LoginPort())).c_str(), 1);
     setenv("KELMO_AUTOLOGIN", "demo:demo:Ayla", 1);
-    InitRandom();
-    LoadObjects((fs::path(KELMO_DATA_DIR) / "Kelmo.dat").string());
-    InitMap(CreatureLeftMap);
-    InitCreatures();
-    InitPreferences();
-    InitNetwork();
-    SetPaddingSource(GetRandomByte);
-    InitConnection();
-    InitLogin(false);
-    InstallWorldMessageReaders();
-    InstallPlayerMessageReaders();
+    StartModules(true);
     TClientHooks& Hooks = ClientHooks();
     Hooks.IsGameView = [this] { return m_GameView; };
     Hooks.EnterGameView = [this](std::uint32_t) {
@@ -197,7 +160,7 @@ class CreatureTimingTest : public ::testing::Test, public IMessageHost {
   // is due, the creatures; the path goes out when the walk asks for it.
   void Step() {
     PollNetwork();
-    m_Handler.Drain(MessageQueue());
+    Handler.Drain(MessageQueue());
     if (GetProgramTime() >= m_NextTick) {
       m_NextTick += 100;
       RunTimerTick();
@@ -252,9 +215,7 @@ class CreatureTimingTest : public ::testing::Test, public IMessageHost {
 
   std::string ServerLog() const { return m_Server->Log(); }
 
-  CTestHome m_Home;
   std::unique_ptr<CLocalServer> m_Server;
-  CMessageHandler m_Handler{*this};
   bool m_GameView = false;
   int m_NextTick = 0;
   int m_NextLogRead = 0;

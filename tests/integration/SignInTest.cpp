@@ -22,6 +22,7 @@
 #include "net/Random.h"
 #include "platform/AsyncSocket.h"
 #include "platform/MessageBox.h"
+#include "tests/integration/HeadlessClient.h"
 #include "tests/support/Harness.h"
 
 namespace {
@@ -34,40 +35,17 @@ struct TBox {
   std::string Text;
 };
 
-class SignInTest : public ::testing::Test, public IMessageHost {
+class SignInTest : public CHeadlessClientTest {
  protected:
   SignInTest() {
-    for (const std::string& Entry : Home.Environment()) {
-      const size_t Equals = Entry.find('=');
-      setenv(Entry.substr(0, Equals).c_str(), Entry.substr(Equals + 1).c_str(), 1);
-    }
-    unsetenv("KELMO_NONINTERACTIVE");
-    unsetenv("KELMO_AUTOLOGIN");
-    unsetenv("KELMO_LOGIN_HOSTS");
-    InitPaths("");
-    Clock = std::make_shared<TManualClock>();
-    SetClockSource(Clock);
     platform::SetMessageBoxHandler([this](const std::string& Title, const std::string& Text,
                                           platform::TBoxIcon) { Boxes.push_back({Title, Text}); });
     Handler.SetObserver([this](const TMessage& Message) { Taken.push_back(Message.Type); });
-    ResetProgramState();
-    MessageQueue().Clear();
   }
-
+  // The boxes go before the modules end.
   ~SignInTest() override {
-    ExitLogin();
-    ExitConnection();
-    ExitNetwork();
-    ExitPreferences();
-    ExitRandom();
-    platform::SetMessageBoxHandler(nullptr);
-    SetClockSource(nullptr);
-    MessageQueue().Clear();
-    TAccountManager::getInstance().clearCharacters();
+    platform::SetMessageBoxHandler([](const std::string&, const std::string&, platform::TBoxIcon) {});
   }
-
-  bool CanTakeMessages() const override { return true; }
-  void Terminate(bool) override {}
 
   void StartServer(const std::vector<std::string>& Faults = {}) {
     Server = std::make_unique<CLocalServer>(Home.Root(), Faults);
@@ -78,30 +56,8 @@ class SignInTest : public ::testing::Test, public IMessageHost {
   void StartClient(const std::string& LoginHosts, const std::string& AutoLogin) {
     setenv("KELMO_LOGIN_HOSTS", LoginHosts.c_str(), 1);
     setenv("KELMO_AUTOLOGIN", AutoLogin.c_str(), 1);
-    InitRandom();
-    InitPreferences();
-    InitNetwork();
-    SetPaddingSource(GetRandomByte);
-    InitConnection();
-    InitLogin(false);
+    StartModules(false);
     StartAutoLogin();
-  }
-
-  // One pass of the loop: notifications, the queue, and a tick of simulated time.
-  void Step() {
-    PollNetwork();
-    Handler.Drain(MessageQueue());
-    Clock->AdvanceMilliseconds(100);
-    RunTimerTick();
-  }
-
-  bool RunUntil(const std::function<bool()>& Condition, std::chrono::milliseconds Limit = 10s) {
-    return WaitFor(
-        [&] {
-          Step();
-          return Condition();
-        },
-        Limit);
   }
 
   std::string ServerLog() const { return Server ? Server->Log() : std::string(); }
@@ -125,10 +81,7 @@ class SignInTest : public ::testing::Test, public IMessageHost {
     return Probe.GetLocalPort();
   }
 
-  CTestHome Home;
-  std::shared_ptr<TManualClock> Clock;
   std::unique_ptr<CLocalServer> Server;
-  CMessageHandler Handler{*this};
   std::vector<TBox> Boxes;
   std::vector<int> Taken;
 };

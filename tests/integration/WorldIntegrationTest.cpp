@@ -28,6 +28,7 @@
 #include "net/Login.h"
 #include "net/Random.h"
 #include "platform/MessageBox.h"
+#include "tests/integration/HeadlessClient.h"
 #include "tests/support/Harness.h"
 #include "world/Creatures.h"
 #include "world/Map.h"
@@ -60,72 +61,12 @@ constexpr TPlace UNDER_THE_HOLE{31999, 32003, 8};    // the hole is right above
 constexpr TPlace ABOVE_THE_STAIRS{31994, 32005, 7};  // one field on from the cave's stairs up
 constexpr int HOLE = 141;                            // its object type
 
-class WorldIntegrationTest : public ::testing::Test, public IMessageHost {
+class WorldIntegrationTest : public CHeadlessClientTest {
  protected:
   WorldIntegrationTest() {
-    for (const std::string& Entry : Home.Environment()) {
-      const size_t Equals = Entry.find('=');
-      setenv(Entry.substr(0, Equals).c_str(), Entry.substr(Equals + 1).c_str(), 1);
-    }
-    unsetenv("KELMO_NONINTERACTIVE");
     setenv("KELMO_LOGIN_HOSTS", ("127.0.0.1:" + std::to_string(Server.LoginPort())).c_str(), 1);
     setenv("KELMO_AUTOLOGIN", "demo:demo:Ayla", 1);
-    InitPaths("");
-    SetClockSource(Clock);
-    platform::SetMessageBoxHandler([](const std::string&, const std::string&, platform::TBoxIcon) {});
-    ResetProgramState();
-    MessageQueue().Clear();
-    // The modules of the world and the network, in the program's order.
-    InitRandom();
-    LoadObjects(KELMO_DATA_DIR "/Kelmo.dat");
-    InitMap(CreatureLeftMap);
-    InitCreatures();
-    InitPreferences();
-    InitNetwork();
-    SetPaddingSource(GetRandomByte);
-    InitConnection();
-    InitLogin(false);
-    InstallWorldMessageReaders();
-    InstallPlayerMessageReaders();
-    ClientHooks().EnterGameView = [](std::uint32_t) { PrepareWorldForGame(); };
-  }
-
-  ~WorldIntegrationTest() override {
-    ClientHooks() = {};
-    ExitLogin();
-    ExitConnection();
-    ExitNetwork();
-    ExitPreferences();
-    ExitCreatures();
-    ExitMap();
-    ExitObjects();
-    ExitRandom();
-    platform::SetMessageBoxHandler(nullptr);
-    SetClockSource(nullptr);
-    MessageQueue().Clear();
-    TAccountManager::getInstance().clearCharacters();
-    unsetenv("KELMO_AUTOLOGIN");
-    unsetenv("KELMO_LOGIN_HOSTS");
-  }
-
-  bool CanTakeMessages() const override { return true; }
-  void Terminate(bool) override {}
-
-  // One pass of the loop: notifications, the queue, and a tick of simulated time.
-  void Step() {
-    PollNetwork();
-    Handler.Drain(MessageQueue());
-    Clock->AdvanceMilliseconds(100);
-    RunTimerTick();
-  }
-
-  bool RunUntil(const std::function<bool()>& Condition, std::chrono::milliseconds Limit = 10s) {
-    return WaitFor(
-        [&] {
-          Step();
-          return Condition();
-        },
-        Limit);
+    StartModules(true);
   }
 
   static TPlace MapPosition() {
@@ -188,10 +129,7 @@ class WorldIntegrationTest : public ::testing::Test, public IMessageHost {
     EXPECT_TRUE(Player->OnMap);
   }
 
-  CTestHome Home;
   CLocalServer Server{Home.Root(), {}, {"--world", KELMO_DEMO_WORLD}};
-  std::shared_ptr<TManualClock> Clock = std::make_shared<TManualClock>();
-  CMessageHandler Handler{*this};
 };
 
 TEST_F(WorldIntegrationTest, EntersTheDemoWorldWalksAndChangesFloors) {
