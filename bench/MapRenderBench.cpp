@@ -34,7 +34,7 @@
 #include "net/Network.h"
 #include "net/Xtea.h"
 #include "platform/Window.h"
-#include "tests/net/ServerPacket.h"
+#include "tests/graphics/MapModules.h"
 #include "world/Creatures.h"
 #include "world/Map.h"
 #include "world/Objects.h"
@@ -52,35 +52,7 @@ constexpr int GRASS = 100;
 constexpr int FIRST_ITEM = 166, LAST_ITEM = 196;
 constexpr int HUMAN = 1, RAT = 4;
 
-TObject Item(int Type, std::uint32_t Data = 0) {
-  TObject Object;
-  Object.Type = Type;
-  Object.Data = Data;
-  if (Type >= FIRST_OBJECT_TYPE && GetObjectAnimation(Type)) Object.Animation = new TAnimation(*GetObjectAnimation(Type));
-  return Object;
-}
-
-// SLOGINSUCCESS through the receive path makes PLAYER the own character.
-void LogIn() {
-  std::vector<std::uint8_t> P{23};
-  const auto U8 = [&](int V) { P.push_back(static_cast<std::uint8_t>(V)); };
-  const auto U32 = [&](std::uint32_t V) {
-    for (int Byte = 0; Byte < 4; ++Byte) U8(static_cast<int>(V >> (8 * Byte)));
-  };
-  U32(PLAYER);
-  U8(50), U8(0);
-  for (double Value : {0.0, 1.0, 200.0}) {
-    U8(2);
-    U32(static_cast<std::uint32_t>(std::lround(Value * 100) + 0x7FFFFFFF));
-  }
-  U8(0), U8(0);
-  SetConnectionState(GAME_RUNNING);
-  const TXTEASymmetricKey ZeroKey;
-  const auto Packet = testing_net::ServerPacket(P, &ZeroKey);
-  std::memcpy(ReceiveSpace().data(), Packet.data(), Packet.size());
-  CommitReceived(static_cast<int>(Packet.size()));
-  EventPacketReceived();
-}
+using mapmodules::Item;
 
 int ItemAt(int rx, int ry, int n) { return FIRST_ITEM + (rx * 7 + ry * 13 + n * 5) % (LAST_ITEM - FIRST_ITEM + 1); }
 
@@ -184,45 +156,13 @@ TFigures Measure(platform::CWindow& Window, int Frames, const std::function<void
   return Figures;
 }
 
-void SetUpModules() {
-  ResetProgramState();
-  InitPreferences();
-  Preferences().ConfineFramerate = 201;  // no limit
-  Preferences().LightEffects = true;
-  SetViewMode(WINDOWED_MODE);
-  const std::string Data = KELMO_DATA_DIR;
-  LoadObjects(Data + "/Kelmo.dat");
-  LoadSprites(Data + "/Kelmo.spr");
-  LoadPictures(Data + "/Kelmo.pic");
-  InitFonts();
-  InitGUI();
-  InitNetwork();
-  InitConnection();
-  InitLogin(false);
-  InitCreatures();
-  InitMap(CreatureLeftMap);
-  LogIn();
-}
-
-void TearDownModules() {
-  ExitMap();
-  ExitCreatures();
-  ExitLogin();
-  ExitConnection();
-  ExitNetwork();
-  ExitGUI();
-  ExitGraphics();
-  ShutdownSurface();
-  ExitObjects();
-  ExitPreferences();
-  MessageQueue().Clear();
-}
-
 void Run(int Engine, int Width, int Height, int Frames) {
   platform::CWindow Window("Kelmo", Width, Height);
   Window.Show(false);
   for (const auto& [Name, Build] : {std::pair<const char*, void (*)()>{"town", Town}, {"full", Full}}) {
-    SetUpModules();
+    mapmodules::Start();
+    Preferences().LightEffects = true;
+    mapmodules::LogIn(PLAYER);
     SelectEngine(Engine, Window);
     GetSurface()->Startup();
     PrepareWorldForGame();
@@ -243,7 +183,7 @@ void Run(int Engine, int Width, int Height, int Frames) {
                 Map.P95 / Clear.P95);
     std::printf("                     per frame: %lld operations, %lld pixels, %lld target changes, %lld sprite page writes\n",
                 Map.Operations, Map.Pixels, Map.TargetChanges, Map.PageWrites);
-    TearDownModules();
+    mapmodules::Stop();
   }
 }
 

@@ -35,6 +35,7 @@
 #include "net/Network.h"
 #include "net/Xtea.h"
 #include "platform/Window.h"
+#include "tests/graphics/MapModules.h"
 #include "tests/graphics/TestCard.h"
 #include "tests/net/ServerPacket.h"
 #include "tests/graphics/DisplayWindow.h"
@@ -79,13 +80,7 @@ constexpr std::uint32_t PLAYER = 0x10000001;
 constexpr int MAP_X = 32000, MAP_Y = 32000, MAP_Z = 7;
 constexpr int PF = 0;  // the player's floor in the block on the surface
 
-TObject Item(int Type, std::uint32_t Data = 0) {
-  TObject Object;
-  Object.Type = Type;
-  Object.Data = Data;
-  if (Type >= FIRST_OBJECT_TYPE && GetObjectAnimation(Type)) Object.Animation = new TAnimation(*GetObjectAnimation(Type));
-  return Object;
-}
+using mapmodules::Item;
 
 std::string ReadText(const std::filesystem::path& File) {
   std::ifstream Stream(File, std::ios::binary);
@@ -101,25 +96,11 @@ class MapSceneTest : public ::testing::TestWithParam<int> {
     // Animations start in phase 1 whatever ran before, so that the pictures
     // don't depend on the order of the tests.
     SetAnimationRandomSource([] { return 0u; });
-    ResetProgramState();
-    InitPreferences();
-    Preferences().ConfineFramerate = 201;
+    mapmodules::Start();
     Preferences().Antialiasing = false;
-    SetViewMode(WINDOWED_MODE);
-    const std::string Data = KELMO_DATA_DIR;
-    LoadObjects(Data + "/Kelmo.dat");
-    LoadSprites(Data + "/Kelmo.spr");
-    LoadPictures(Data + "/Kelmo.pic");
-    InitFonts();
-    InitGUI();
-    InitNetwork();
-    InitConnection();
-    InitLogin(false);
-    InitCreatures();
-    InitMap(CreatureLeftMap);
     ClearTalkboxes();
     SetStatusMessage("");
-    LogIn();
+    mapmodules::LogIn(PLAYER);
     SelectEngine(GetParam(), testdisplay::TestWindow());
     GetSurface()->Startup();
     m_Map = std::make_unique<CMapWindow>();
@@ -129,43 +110,11 @@ class MapSceneTest : public ::testing::TestWithParam<int> {
   ~MapSceneTest() override {
     SetActiveRecorder(nullptr);
     m_Map.reset();
-    ExitMap();
-    ExitCreatures();
-    ExitLogin();
-    ExitConnection();
-    ExitNetwork();
-    ExitGUI();
-    ExitGraphics();
-    ShutdownSurface();
-    ExitObjects();
-    ExitPreferences();
-    MessageQueue().Clear();
+    mapmodules::Stop();
     SetClockSource(nullptr);
     SetAnimationRandomSource(nullptr);
     CombatTargets() = {};
     MouseMoveEvent(0, 0);
-  }
-
-  // SLOGINSUCCESS through the receive path makes PLAYER the own character.
-  static void LogIn() {
-    std::vector<std::uint8_t> P{23};
-    const auto U8 = [&](int V) { P.push_back(static_cast<std::uint8_t>(V)); };
-    const auto U32 = [&](std::uint32_t V) {
-      for (int Byte = 0; Byte < 4; ++Byte) U8(static_cast<int>(V >> (8 * Byte)));
-    };
-    U32(PLAYER);
-    U8(50), U8(0);  // the beat
-    for (double Value : {0.0, 1.0, 200.0}) {
-      U8(2);
-      U32(static_cast<std::uint32_t>(std::lround(Value * 100) + 0x7FFFFFFF));
-    }
-    U8(0), U8(0);
-    SetConnectionState(GAME_RUNNING);
-    const TXTEASymmetricKey ZeroKey;
-    const auto Packet = testing_net::ServerPacket(P, &ZeroKey);
-    std::memcpy(ReceiveSpace().data(), Packet.data(), Packet.size());
-    CommitReceived(static_cast<int>(Packet.size()));
-    EventPacketReceived();
   }
 
   // Grass everywhere, some dirt and trees, the player in the middle facing south.
