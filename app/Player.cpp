@@ -204,6 +204,12 @@ void CPlayerApp::InstallReportSources() {
   Sources.ReleaseDisplay = [this] {
     if (m_Frame && m_Frame->IsOpen()) m_Frame->Window().Hide();
   };
+  Sources.GraphicEngine = []() -> std::string {
+    const CSurface* Surface = CurrentSurfaceOrNull();
+    if (Surface == nullptr) return std::to_string(GetCurrentEngine());
+    const std::string Version = Surface->VersionData();
+    return Surface->Name() + (Version.empty() ? "" : " " + Version);
+  };
   Sources.OperatingSystem = [] {
     return SystemInformation().GetOperatingSystemName() + " in " + std::to_string(sizeof(void*) * 8) +
            "-bit mode";

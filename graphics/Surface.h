@@ -118,6 +118,8 @@ class CSurface {
 
   // The engine's name as the frame-rate display shows it.
   virtual const char* Name() const = 0;
+  // What the error report adds to the name: the implementation's version.
+  virtual std::string VersionData() const { return {}; }
 
   virtual void SetRenderTarget(int Surface) = 0;
   virtual void ClearSurface(int Surface, TRGBColor Color, int Alpha) = 0;

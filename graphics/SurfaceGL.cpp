@@ -39,6 +39,11 @@ std::vector<std::uint8_t> ToRGBA(std::span<const std::uint8_t> Pixels, size_t Co
   return RGBA;
 }
 
+std::string GLString(GLenum Name) {
+  const GLubyte* Text = glGetString(Name);
+  return Text != nullptr ? reinterpret_cast<const char*>(Text) : "";
+}
+
 }  // namespace
 
 // The framebuffer object calls, from the core profile or the older extension.
@@ -505,6 +510,7 @@ bool CSurfaceGL::Validate(platform::CWindow* Window, int ViewMode, TGraphicMode*
   }
   m_Context = std::move(Context);
   m_Context->MakeCurrent();
+  m_VersionData = GLString(GL_VERSION) + ", " + GLString(GL_RENDERER);
   glMatrixMode(GL_MODELVIEW);
   glLoadIdentity();
   glAlphaFunc(GL_GREATER, 0);

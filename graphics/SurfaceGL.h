@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "graphics/Surface.h"
 
@@ -19,6 +20,7 @@ class CSurfaceGL : public CSurface {
   ~CSurfaceGL() override;
 
   const char* Name() const override { return "OpenGL"; }
+  std::string VersionData() const override { return m_VersionData; }
 
   void SetRenderTarget(int Surface) override;
   void ClearSurface(int Surface, TRGBColor Color, int Alpha) override;
@@ -92,4 +94,5 @@ class CSurfaceGL : public CSurface {
   int m_CurrentTarget = PRIMARY_SURFACE;
   TEdges m_Dirty{};
   int m_TexturesMade = 0;
+  std::string m_VersionData;  // read when the context is made, not while reporting a failure
 };

@@ -80,6 +80,7 @@ TEST_F(ClientTest, CrashSignalEndsInReportAndErrorFileEntry) {
   const std::string Report = ReadFile(Home.UserDirectory() / "Error.txt");
   EXPECT_NE(Report.find("Debug Assertion 10.53"), std::string::npos) << Report;
   EXPECT_NE(Report.find("Segmentation Fault."), std::string::npos) << Report;
+  EXPECT_NE(Report.find("\nGraphic Engine: DirectX5\n"), std::string::npos) << Report;
 }
 
 TEST_F(ClientTest, ErrorFileOfAnEarlierRunIsOfferedAtStart) {

@@ -79,6 +79,8 @@ TEST_F(DisplayTest, ForcedOpenGLDrawsTheGoldenCard) {
   EXPECT_EQ(testcard::CompareImages(Image, Card(), 0), "");
   EXPECT_EQ(GraphicsCounters().FileReads, 0);
   EXPECT_EQ(GraphicsCounters().PageWrites, 0);
+  // The error report names the implementation: its version and renderer.
+  EXPECT_NE(GetSurface()->VersionData().find(", "), std::string::npos) << GetSurface()->VersionData();
 }
 
 TEST_F(DisplayTest, SoftwareEngineDrawsItsGoldenCard) {
