@@ -9,7 +9,7 @@ tools/setup-debian.sh
 jobs=$(nproc)
 
 cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DKELMO_SANITIZE=ON \
-  -DKELMO_BUILD_CLIENT=OFF -DKELMO_BUILD_BENCHMARKS=OFF
+  -DKELMO_BUILD_BENCHMARKS=OFF
 cmake --build build-asan
 ctest --test-dir build-asan -L unit -j "$jobs" --output-on-failure
 
