@@ -120,6 +120,8 @@ void CMainFrame::OnActivate(bool) {
 
 void CMainFrame::OnMouseMove(int X, int Y, int) { MouseMoveEvent(X, Y); }
 
+void CMainFrame::OnMouseLeave() { MouseLeftWindowEvent(); }
+
 // Left and right buttons only; the middle button has no use.
 void CMainFrame::OnMouseButton(int Button, bool Down, int X, int Y, int Modifiers, int Clicks) {
   if (Button == 1) {

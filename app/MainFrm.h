@@ -32,6 +32,7 @@ class CMainFrame : public platform::IWindowEvents {
   void OnSize(int Width, int Height) override;
   void OnActivate(bool Active) override;
   void OnMouseMove(int X, int Y, int Modifiers) override;
+  void OnMouseLeave() override;
   void OnMouseButton(int Button, bool Down, int X, int Y, int Modifiers, int Clicks) override;
   void OnMouseWheel(int Delta, int X, int Y, int Modifiers) override;
   void OnKeyDown(int Key, int Modifiers) override;

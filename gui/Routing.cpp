@@ -57,6 +57,12 @@ void MouseMoveEvent(int x, int y) {
   Mouse.LastMotionTick = GetTickCounter();
 }
 
+void MouseLeftWindowEvent() {
+  Forget();
+  Mouse.MouseX = -1;
+  Mouse.MouseY = -1;
+}
+
 void LeftDownEvent(int x, int y, int Flags, bool Double) {
   Forget();
   Mouse.MouseX = x;

@@ -5,6 +5,8 @@
 // Mouse coordinates are those of the root.
 
 void MouseMoveEvent(int x, int y);
+// The pointer left the window: it is over no element until it moves again.
+void MouseLeftWindowEvent();
 // Double is a double click.
 void LeftDownEvent(int x, int y, int Flags, bool Double);
 void LeftUpEvent(int x, int y, int Flags);
@@ -25,7 +27,8 @@ bool MainWindowHasCapture();
 
 void ResetRouting();
 
-// Where the mouse was last seen, in the root's coordinates.
+// Where the mouse was last seen, in the root's coordinates; -1, -1 while it
+// is outside the window.
 int GetMouseX();
 int GetMouseY();
 

@@ -104,6 +104,9 @@ void DispatchWindowEvent(const SDL_WindowEvent& Event, IWindowEvents& Events) {
     case SDL_WINDOWEVENT_FOCUS_LOST:
       Events.OnActivate(false);
       break;
+    case SDL_WINDOWEVENT_LEAVE:
+      Events.OnMouseLeave();
+      break;
     default:
       break;
   }

@@ -27,6 +27,8 @@ class IWindowEvents {
   virtual void OnSize(int Width, int Height) = 0;
   virtual void OnActivate(bool Active) = 0;
   virtual void OnMouseMove(int X, int Y, int Modifiers) = 0;
+  // The pointer went out of the client area.
+  virtual void OnMouseLeave() = 0;
   // Button 1 left, 2 middle, 3 right; Clicks 2 for a double click.
   virtual void OnMouseButton(int Button, bool Down, int X, int Y, int Modifiers, int Clicks) = 0;
   // Delta in units of WHEEL_DELTA a notch, positive away from the user.

@@ -207,6 +207,28 @@ TEST_F(RoutingTest, TheTooltipComesAfterTenTicksOfRest) {
   EXPECT_EQ(GetTooltip(), "");
 }
 
+// Leaving the window takes the tooltip away, and no hover follows the rest.
+TEST_F(RoutingTest, LeavingTheWindowLeavesTheMouseOverNothing) {
+  AddLast<CRecordingElement>(*Root, 100, 100, 50, 50, Log, "b");
+  AdvanceTickCounter();
+  MouseMoveEvent(120, 130);
+  for (int Tick = 1; Tick <= 10; ++Tick) {
+    AdvanceTickCounter();
+    TooltipTick();
+  }
+  ASSERT_EQ(GetTooltip(), "b tip");
+  MouseLeftWindowEvent();
+  EXPECT_EQ(GetTooltip(), "");
+  EXPECT_EQ(GetMouseX(), -1);
+  EXPECT_EQ(GetMouseY(), -1);
+  Log.clear();
+  for (int Tick = 1; Tick <= 20; ++Tick) {
+    AdvanceTickCounter();
+    TooltipTick();
+  }
+  EXPECT_TRUE(Log.empty());
+}
+
 TEST_F(RoutingTest, LensHelpBringsTheRectangleUpToRootCoordinates) {
   class CHelpful : public CGUIElement {
    public:
