@@ -29,6 +29,13 @@ struct TSkinProperties {
     int PressedTextOffset = 1;
     TextStyle ObjectNumber{2, 192, 192, 192, RIGHT_ALIGN};
   } Buttons;
+  // The check box: where its mark lies, its text's styles and place.
+  struct {
+    TSkinPoint Item{6, 5};
+    TextStyle TextEnabled{4, 176, 176, 176, LEFT_ALIGN};
+    TextStyle TextDisabled{4, 112, 112, 112, LEFT_ALIGN};
+    TSkinMargins Text{24, 4, -10, -6};
+  } CheckBox;
   struct {
     TSkinSize Slider{14, 12};
     TSkinSize ButtonSlider{38, 12};
@@ -52,6 +59,17 @@ struct TSkinProperties {
     // Below the pointer's picture.
     int OffsetY = 20;
   } Tooltip;
+  // The rows of a list box, its background and its selection bar.
+  struct {
+    TextStyle Item{4, 176, 176, 176, LEFT_ALIGN};
+    TextStyle GreyItem{4, 128, 128, 128, LEFT_ALIGN};
+    TextStyle WarningItem{4, 200, 125, 125, LEFT_ALIGN};
+    TRGBColor Background{64, 64, 64};
+    TRGBColor Selection{88, 88, 88};
+    // Where the rows start within the frame, and what they leave at the far edges.
+    int Margin = 3;
+    int ScrollbarWidth = 12;
+  } Listbox;
 };
 
 inline constexpr TSkinProperties SkinProperties{};

@@ -8,15 +8,6 @@ namespace {
 
 using namespace guitest;
 
-std::string FailureOf(const std::function<void()>& Action) {
-  try {
-    Action();
-  } catch (const TMyException& Error) {
-    return Error.Text();
-  }
-  return "";
-}
-
 class ElementTreeTest : public ::testing::Test {
  protected:
   ~ElementTreeTest() override { ExitGUI(); }

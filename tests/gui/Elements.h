@@ -1,11 +1,23 @@
 #pragma once
 // Elements that remember what reached them, for tests of the tree.
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "core/Exception.h"
 #include "gui/GUI.h"
 
 namespace guitest {
+
+// The text of the failure that Action raises; empty if it raises none.
+inline std::string FailureOf(const std::function<void()>& Action) {
+  try {
+    Action();
+  } catch (const TMyException& Error) {
+    return Error.Text();
+  }
+  return "";
+}
 
 class CRecordingElement : public CGUIElement {
  public:
