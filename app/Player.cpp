@@ -40,22 +40,6 @@ namespace {
 constexpr auto TICK_PERIOD = std::chrono::milliseconds(100);
 constexpr std::int64_t THROTTLE_MILLISECONDS = 51;
 
-// The cursor shape that the action state asks for, 0 if it asks for none.
-int CursorShapeOfAction(int ActionState) {
-  switch (ActionState) {
-    case 10:
-      return 6;
-    case 6:
-      return 5;
-    case 7:
-    case 8:
-    case 9:
-      return 4;
-    default:
-      return 0;
-  }
-}
-
 }  // namespace
 
 CPlayerApp::CPlayerApp() : m_Timer(TICK_PERIOD), m_Messages(*this) {}
@@ -150,8 +134,7 @@ void CPlayerApp::PumpOnce() {
 bool CPlayerApp::OnIdle(long) {
   try {
     m_MousePosition = m_Frame->Window().GetMousePosition();
-    const int Shape = CursorShapeOfAction(GetActionState());
-    m_Frame->ApplyCursorShape(Shape != 0 ? Shape : 1);
+    m_Frame->ApplyCursorShape(GetMouseCursor());
     MainStep();
   } catch (...) {
     RethrowGuarded();

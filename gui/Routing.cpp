@@ -8,6 +8,10 @@ namespace {
 // The states of the mouse that the toolkit itself moves between.
 constexpr int ACTIONSTATE_LEFT_BUTTON = 1;
 constexpr int ACTIONSTATE_RIGHT_BUTTON = 2;
+constexpr int ACTIONSTATE_DRAG = 6;
+constexpr int ACTIONSTATE_USE_WITH = 7;
+constexpr int ACTIONSTATE_HOTKEY_WITH = 8;
+constexpr int ACTIONSTATE_TRADE_WITH = 9;
 constexpr int ACTIONSTATE_LENS_HELP = 10;
 constexpr int WHEEL_NOTCH = 120;
 constexpr int HOVER_TICKS = 10;
@@ -17,6 +21,7 @@ struct TMouseState {
   int MouseY = 0;
   int WheelSum = 0;
   int LastMotionTick = 0;
+  int MouseCursor = 1;
 };
 
 TMouseState Mouse;
@@ -42,6 +47,19 @@ void Forget() {
 
 }  // namespace
 
+void SetMouseCursor(int Cursor) { Mouse.MouseCursor = Cursor; }
+
+int GetMouseCursor() {
+  switch (GetActionState()) {
+    case ACTIONSTATE_LENS_HELP: return 6;
+    case ACTIONSTATE_DRAG: return 5;
+    case ACTIONSTATE_USE_WITH:
+    case ACTIONSTATE_HOTKEY_WITH:
+    case ACTIONSTATE_TRADE_WITH: return 4;
+    default: return Mouse.MouseCursor;
+  }
+}
+
 int GetMouseX() { return Mouse.MouseX; }
 int GetMouseY() { return Mouse.MouseY; }
 
@@ -49,6 +67,7 @@ void MouseMoveEvent(int x, int y) {
   if (x != Mouse.MouseX || y != Mouse.MouseY) ClearTooltip();
   Mouse.MouseX = x;
   Mouse.MouseY = y;
+  Mouse.MouseCursor = 1;
   if (ModalState()) {
     GetModalWindow()->MouseMove(ModalX(x), ModalY(y));
   } else if (GetActionState() != ACTIONSTATE_LENS_HELP && GetMainWindow() != nullptr) {

@@ -27,6 +27,12 @@ bool MainWindowHasCapture();
 
 void ResetRouting();
 
+// The cursor that the element under the mouse asks for (1 arrow, 2 resize),
+// back to the arrow with each motion; the action state may override it with
+// its own: 4 crosshair, 5 dragging, 6 help.
+void SetMouseCursor(int Cursor);
+int GetMouseCursor();
+
 // Where the mouse was last seen, in the root's coordinates; -1, -1 while it
 // is outside the window.
 int GetMouseX();

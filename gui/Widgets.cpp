@@ -6,10 +6,13 @@
 #include "core/Exception.h"
 #include "graphics/Graphics.h"
 #include "gui/Buttons.h"
+#include "gui/Routing.h"
 #include "gui/SkinProperties.h"
 #include "gui/TextRectangle.h"
 
 namespace {
+
+constexpr int RESIZE_CURSOR = 2;
 
 enum : int {
   CHECKBOX_TOP = 188,
@@ -240,6 +243,7 @@ bool CGUIResizer::LeftDown(int x, int y, int) {
 }
 
 bool CGUIResizer::MouseMove(int x, int y) {
+  SetMouseCursor(RESIZE_CURSOR);
   if (Dragging) Resize(x, y);
   return true;
 }

@@ -229,6 +229,19 @@ TEST_F(RoutingTest, LeavingTheWindowLeavesTheMouseOverNothing) {
   EXPECT_TRUE(Log.empty());
 }
 
+// Each motion gives the arrow back; the crosshair, dragging and help states
+// show their own cursors whatever the element asked for.
+TEST_F(RoutingTest, TheCursorIsTheElementsUnlessTheActionStateHasItsOwn) {
+  SetMouseCursor(2);
+  EXPECT_EQ(GetMouseCursor(), 2);
+  MouseMoveEvent(10, 10);
+  EXPECT_EQ(GetMouseCursor(), 1);
+  for (const auto& [State, Cursor] : {std::pair{6, 5}, {7, 4}, {8, 4}, {9, 4}, {10, 6}, {0, 1}}) {
+    SetActionState(State);
+    EXPECT_EQ(GetMouseCursor(), Cursor) << "state " << State;
+  }
+}
+
 TEST_F(RoutingTest, LensHelpBringsTheRectangleUpToRootCoordinates) {
   class CHelpful : public CGUIElement {
    public:

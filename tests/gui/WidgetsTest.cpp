@@ -15,6 +15,7 @@
 #include "graphics/SurfaceDX.h"
 #include "gui/Buttons.h"
 #include "gui/TextRectangle.h"
+#include "gui/Routing.h"
 #include "gui/Widgets.h"
 #include "tests/gui/Elements.h"
 #include "tests/gui/WidgetFixture.h"
@@ -247,6 +248,23 @@ TEST_F(WidgetsTest, ResizerDragsTheHeightAndMovesWithTheWindow) {
   Root.LeftUp(80, 190, 0);
   EXPECT_EQ(Window->getWidth(), 130);
   EXPECT_EQ(Window->getHeight(), 140);
+}
+
+// The mouse over the resizer asks for the resize cursor; moving on to the
+// window gives the arrow back.
+TEST_F(WidgetsTest, ResizerAsksForTheResizeCursor) {
+  auto Root = std::make_unique<CGUIComposite>();
+  Root->SetSize(500, 500);
+  auto Own = std::make_unique<CResizable>();
+  CResizable* Window = Own.get();
+  Root->AddChild(std::move(Own));
+  Window->SetSize(100, 100);
+  SetMainWindow(std::move(Root));
+  MouseMoveEvent(50, 98);
+  EXPECT_EQ(GetMouseCursor(), 2);
+  MouseMoveEvent(50, 50);
+  EXPECT_EQ(GetMouseCursor(), 1);
+  ResetRouting();
 }
 
 TEST_F(WidgetsTest, InvisibleResizerDrawsNothingAndNeedsATarget) {
