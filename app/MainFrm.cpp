@@ -8,6 +8,7 @@
 #include "core/ProgramState.h"
 #include "graphics/Engines.h"
 #include "gui/GUI.h"
+#include "gui/ModalDialog.h"
 #include "gui/RootWindow.h"
 #include "gui/Routing.h"
 #include "gui/TestElements.h"
@@ -112,6 +113,7 @@ void CMainFrame::OnSize(int Width, int Height) {
     return;
   }
   if (CGUIComposite* Root = GetMainWindow()) Root->SetSize(Width, Height);
+  ModalClientAreaResized();
 }
 
 void CMainFrame::OnActivate(bool) {

@@ -20,6 +20,7 @@
 #include "graphics/Talkboxes.h"
 #include "gui/GUI.h"
 #include "gui/RootWindow.h"
+#include "gui/Edit.h"
 #include "gui/Routing.h"
 #include "graphics/Screenshot.h"
 #include "net/AccountManager.h"
@@ -39,6 +40,14 @@ namespace {
 
 constexpr auto TICK_PERIOD = std::chrono::milliseconds(100);
 constexpr std::int64_t THROTTLE_MILLISECONDS = 51;
+
+// The edits copy and paste through the desktop's clipboard.
+class CDesktopClipboard : public IClipboard {
+ public:
+  bool HasText() const override { return !platform::GetClipboardText().empty(); }
+  std::string GetText() const override { return platform::GetClipboardText(); }
+  void SetText(const std::string& Text) override { platform::SetClipboardText(Text); }
+};
 
 }  // namespace
 
@@ -71,6 +80,7 @@ void CPlayerApp::InitSteps() {
     throw PROGRAM_ERROR::NO_X_DISPLAY;
   }
   platform::InstallWindowMessageBox();
+  SetClipboard(std::make_unique<CDesktopClipboard>());
 
   m_Frame = std::make_unique<CMainFrame>(Gamemaster);
   if (!m_Frame->Create()) {

@@ -7,18 +7,22 @@
 #include "core/Text.h"
 #include "graphics/Fonts.h"
 #include "graphics/Graphics.h"
+#include "gui/Edit.h"
+#include "platform/Events.h"
 
 namespace {
 
-// The frame of the one-line edit: top, left, right, bottom.
+using namespace platform;
+
+// The skins of the edit frame that the scroll bar stands within.
 constexpr int FRAME_TOP = 10;
 constexpr int FRAME_LEFT = 12;
 constexpr int FRAME_RIGHT = 11;
-constexpr int FRAME_BOTTOM = 9;
 constexpr int FRAME_ENTRIES = 4;
 
-constexpr int KEY_UP = 0x10C;
-constexpr int KEY_DOWN = 0x10F;
+constexpr int EDIT_MAX_LENGTH = 30;
+constexpr int EDIT_HEIGHT = 16;
+
 constexpr int KEY_MODIFIERS = 0xC00;  // Ctrl and Alt; Shift still types a letter
 constexpr int KEY_CODE_BITS = 0x1FF;
 
@@ -38,6 +42,9 @@ CGUIListbox::CGUIListbox(TEventTarget SelectTarget, TEventTarget ActivateTarget)
   auto Bar = std::make_unique<CGUIButtonScrollbar>(0, 0, SkinProperties.Listbox.ScrollbarWidth, 0, SCROLL_STEP);
   Scrollbar = Bar.get();
   AddChildLast(std::move(Bar));
+  auto NewEdit = std::make_unique<CGUIEdit>(EDIT_MAX_LENGTH, false);
+  Edit = NewEdit.get();
+  IdleEdit = std::move(NewEdit);
 }
 
 CGUIListbox::CGUIListbox(int X, int Y, int Width, int Height, TEventTarget SelectTarget,
@@ -61,24 +68,13 @@ void CGUIListbox::SetVisibleRows(int Rows) {
 // Nothing to lay out before the owner gives the box a size.
 void CGUIListbox::Update() {
   if (Width <= 0 || Height <= 0) return;
-  UpdateFrame();
+  FillEditFrame(DrawingList, Width, Height);
   PlaceScrollbar();
   ItemWidth = Width - 2 * Margin - Scrollbar->getWidth();
   VisibleRows = std::max((Height - 2 * Margin) / RowHeight(), 0);
   const int Last = std::max(GetCount() - VisibleRows, 0);
   CGUIScrollbar& Bar = Scrollbar->GetScrollbar();
   Bar.SetRange(0, Last, std::clamp(Bar.GetValue(), 0, Last), VisibleRows);
-}
-
-void CGUIListbox::UpdateFrame() {
-  const TSkin& Top = GetSkin(FRAME_TOP);
-  const TSkin& Left = GetSkin(FRAME_LEFT);
-  const TSkin& Right = GetSkin(FRAME_RIGHT);
-  const TSkin& Bottom = GetSkin(FRAME_BOTTOM);
-  DrawingList[0] = DrawingListEntry(FRAME_TOP, 0, 0, Width, Top.height);
-  DrawingList[1] = DrawingListEntry(FRAME_LEFT, 0, 0, Left.width, Height);
-  DrawingList[2] = DrawingListEntry(FRAME_RIGHT, Width - Right.width, 0, Right.width, Height);
-  DrawingList[3] = DrawingListEntry(FRAME_BOTTOM, 0, Height - Bottom.height, Width, Bottom.height);
 }
 
 // Along the right side, within the frame, as in the multi-line edit.
@@ -90,6 +86,7 @@ void CGUIListbox::PlaceScrollbar() {
 }
 
 void CGUIListbox::Draw(int Surface, int x, int y) {
+  if (Editing && Scrollbar->GetScrollbar().GetValue() != EditScrollValue) EndEdit();
   FillRectangle(Surface, x, y, Width, Height, SkinProperties.Listbox.Background, 255);
   CGUIComposite::Draw(Surface, x, y);
   const int First = FirstShownRow();
@@ -101,6 +98,7 @@ void CGUIListbox::Draw(int Surface, int x, int y) {
 
 void CGUIListbox::DrawRow(int Surface, int x, int y, int Row) const {
   const TItem& Item = Items[static_cast<size_t>(Row)];
+  if (Row == Selected && Editing) return;
   if (Row == Selected) {
     FillRectangle(Surface, x - 1, y - 1, ItemWidth + 2, FontHeight(DefaultFont) + 2, SkinProperties.Listbox.Selection,
                   255);
@@ -127,14 +125,23 @@ void CGUIListbox::SelectAt(int y) {
   SelectTarget.Fire();
 }
 
+void CGUIListbox::EndEditAt(int y) {
+  const int Row = RowAt(y);
+  if (Editing && Row != -1 && Row != Selected) EndEdit();
+}
+
 bool CGUIListbox::LeftDown(int x, int y, int Flags) {
-  if (!CGUIComposite::LeftDown(x, y, Flags)) SelectAt(y);
+  if (CGUIComposite::LeftDown(x, y, Flags)) return true;
+  EndEditAt(y);
+  SelectAt(y);
   return true;
 }
 
 bool CGUIListbox::LeftDouble(int x, int y, int Flags) {
   if (CGUIComposite::LeftDouble(x, y, Flags)) return true;
+  EndEditAt(y);
   SelectAt(y);
+  if (AllowEdit && RowAt(y) != -1) BeginEdit();
   ActivateTarget.Fire();
   return true;
 }
@@ -163,10 +170,15 @@ bool CGUIListbox::MouseEvent(int x, int y, int Code) {
 
 void CGUIListbox::KeyDown(int Key) {
   const int Code = Key & KEY_CODE_BITS;
-  if (Key == KEY_UP) {
-    --Selected;
-  } else if (Key == KEY_DOWN) {
-    ++Selected;
+  if (Key == KEY_UP || Key == KEY_DOWN) {
+    EndEdit();
+    Selected += Key == KEY_UP ? -1 : 1;
+  } else if (Editing) {
+    if (Key == KEY_ENTER) {
+      EndEdit();
+    } else {
+      Edit->KeyDown(Key);
+    }
   } else if ((Key & KEY_MODIFIERS) == 0 && Code < 0x100 && isLetter(static_cast<char>(Code))) {
     const int Row = RowFromLetter(static_cast<char>(Code));
     if (Row != -1) Selected = Row;
@@ -226,6 +238,7 @@ const std::string& CGUIListbox::GetItemText(int Row) const {
 int CGUIListbox::GetSelected() const { return Selected >= 0 && Selected < GetCount() ? Selected : -1; }
 
 void CGUIListbox::SetSelected(int Row) {
+  EndEdit();
   if (Row == -1 || GetCount() == 0) {
     Selected = -1;
     return;
@@ -238,4 +251,26 @@ void CGUIListbox::SetSelected(int Row) {
 void CGUIListbox::Clear() {
   Items.clear();
   Update();
+}
+
+void CGUIListbox::BeginEdit() {
+  if (Editing || GetSelected() == -1) return;
+  const int Value = Scrollbar->GetScrollbar().GetValue();
+  Edit->SetText(GetItemText(Selected).c_str());
+  AddChildLast(std::move(IdleEdit));
+  Edit->SetPosition(0, (Selected - Value) * RowHeight());
+  Edit->SetSize(Width - Scrollbar->getWidth(), EDIT_HEIGHT);
+  Edit->SetFocus(true);
+  Edit->OnEvent(CGUIEdit::EVENT_SELECT_ALL);
+  EditScrollValue = Value;
+  Editing = true;
+}
+
+// The row may have gone meanwhile; then the text has no place to go.
+void CGUIListbox::EndEdit() {
+  if (!Editing) return;
+  Editing = false;
+  IdleEdit = RemoveChild(Edit);
+  Edit->SetFocus(false);
+  if (GetSelected() != -1) SetItem(Selected, Edit->GetText().c_str(), GetItemStyle(Selected));
 }

@@ -3,15 +3,16 @@
 // right and at most one selected row. A click selects, a double click also
 // activates; the arrow keys move the selection and a letter jumps to the
 // first row from that letter on, so rows are expected in alphabetical order.
-//
-// Editing a row in place is not here yet: it needs the one-line edit widget,
-// which doesn't exist so far. Until then a double click never starts an edit.
+// Where editing is allowed, a double click edits the row in place.
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "gui/GUI.h"
 #include "gui/SkinProperties.h"
 #include "gui/Sliders.h"
+
+class CGUIEdit;
 
 class CGUIListbox : public CGUIComposite {
  public:
@@ -35,6 +36,14 @@ class CGUIListbox : public CGUIComposite {
 
   // The height of Rows rows and the frame; never fewer than two rows.
   virtual void SetVisibleRows(int Rows);
+  // The edit takes the selected row's place, with the focus and the whole
+  // text selected; ending it writes the text back into the row.
+  virtual void BeginEdit();
+  virtual void EndEdit();
+
+  void SetAllowEdit(bool Value) { AllowEdit = Value; }
+  bool IsEditing() const { return Editing; }
+  CGUIEdit& GetEdit() const { return *Edit; }
 
   // Text must not be null.
   void AddItem(const char* Text, const TextStyle& Style = SkinProperties.Listbox.Item);
@@ -61,7 +70,6 @@ class CGUIListbox : public CGUIComposite {
   int FirstShownRow() const { return Scrollbar->GetScrollbar().GetValue(); }
   void CheckRow(int Row) const;
   void PlaceScrollbar();
-  void UpdateFrame();
   void DrawRow(int Surface, int x, int y, int Row) const;
   // A click on a row selects it; the select target fires either way.
   void SelectAt(int y);
@@ -69,6 +77,8 @@ class CGUIListbox : public CGUIComposite {
   int RowFromLetter(char Letter) const;
   // Cuts the selection to the list and scrolls it into view.
   void ShowSelected();
+  // A press that lands on another row than the edited one ends the edit.
+  void EndEditAt(int y);
 
   int ItemWidth = 0;
   std::vector<TItem> Items;
@@ -77,4 +87,10 @@ class CGUIListbox : public CGUIComposite {
   TEventTarget ActivateTarget;
   CGUIButtonScrollbar* Scrollbar = nullptr;
   int VisibleRows = 0;
+  bool AllowEdit = false;
+  bool Editing = false;
+  // The edit is a child only while editing; the box holds it otherwise.
+  CGUIEdit* Edit = nullptr;
+  std::unique_ptr<CGUIComponent> IdleEdit;
+  int EditScrollValue = 0;
 };

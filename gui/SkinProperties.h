@@ -21,6 +21,15 @@ struct TSkinMargins {
   int Bottom = 0;
 };
 
+// Arguments of PlaceChild: a negative x or y counts from the far edge, a
+// size below 1 is added to what remains.
+struct TSkinPlace {
+  int x = 0;
+  int y = 0;
+  int Width = 0;
+  int Height = 0;
+};
+
 struct TSkinProperties {
   struct {
     TSkinPoint Texture{2, 2};
@@ -49,6 +58,8 @@ struct TSkinProperties {
     TSkinMargins Body{18, 32, -18, -60};
     TSkinPoint FirstButton{-6, -30};
     int ButtonGap = 10;
+    TSkinPlace TitlePlace{5, 5, -5, 10};
+    TSkinPlace LinePlace{13, -40, -13, 2};
   } ModalDialog;
   // The box of a tooltip: font, colours and the margin round its lines.
   struct {

@@ -7,11 +7,14 @@
 #include "core/Exception.h"
 #include "graphics/Graphics.h"
 #include "gui/Buttons.h"
+#include "platform/Events.h"
 
 namespace {
 
-constexpr TKnobAxis SliderAxis{true, SkinProperties.Sliders.Slider, 201, 202, 203, 204, 0x10D, 0x10E};
-constexpr TKnobAxis ScrollbarAxis{false, SkinProperties.Sliders.Scrollbar, 193, 194, 195, 196, 0x10C, 0x10F};
+constexpr TKnobAxis SliderAxis{true, SkinProperties.Sliders.Slider, 201, 202, 203, 204,
+                                  platform::KEY_LEFT, platform::KEY_RIGHT};
+constexpr TKnobAxis ScrollbarAxis{false, SkinProperties.Sliders.Scrollbar, 193, 194, 195, 196,
+                                     platform::KEY_UP, platform::KEY_DOWN};
 
 // The arrow skins, released and pressed.
 constexpr int SLIDER_LEFT = 205;

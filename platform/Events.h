@@ -6,7 +6,10 @@
 namespace platform {
 
 enum : int {
+  KEY_BACKSPACE = 0x08,
+  KEY_TAB = 0x09,
   KEY_ENTER = 0x0D,
+  KEY_ESCAPE = 0x1B,
   KEY_F1 = 0x100,  // to KEY_F1 + 11
   KEY_F4 = 0x103,
   KEY_UP = 0x10C,

@@ -16,19 +16,21 @@
 #include "graphics/Graphics.h"
 #include "graphics/Recorder.h"
 #include "graphics/SurfaceDX.h"
+#include "gui/Edit.h"
 #include "gui/Listbox.h"
 #include "tests/gui/Elements.h"
 #include "tests/gui/WidgetFixture.h"
+#include "platform/Events.h"
 
 namespace {
+
+using namespace platform;
 
 using guitest::FailureOf;
 
 enum : int {
   SELECT_EVENT = 11,
   ACTIVATE_EVENT = 12,
-  KEY_UP = 0x10C,
-  KEY_DOWN = 0x10F,
   SHIFT = 0x200,
   CTRL = 0x400,
   WHEEL_UP = 1,
@@ -338,6 +340,73 @@ TEST_F(ListboxTest, LongRowShowsWhatFitsAndTheWholeTextAsTooltip) {
   ClearTooltip();
   Box->Hover(10, RowY(3));
   EXPECT_EQ(GetTooltip(), "");
+}
+
+class ListboxEditTest : public ListboxTest {
+ protected:
+  ListboxEditTest() {
+    AddRows(8);
+    Box->SetAllowEdit(true);
+  }
+  void Type(const std::string& Text) {
+    for (char Character : Text) Box->KeyDown(static_cast<unsigned char>(Character));
+  }
+};
+
+TEST_F(ListboxEditTest, ADoubleClickBeginsEditingAndEnterWritesTheTextBack) {
+  Box->LeftDouble(10, RowY(1), 0);
+  ASSERT_TRUE(Box->IsEditing());
+  EXPECT_TRUE(Box->HasChild(&Box->GetEdit()));
+  EXPECT_EQ(Box->GetEdit().getY(), H);
+  EXPECT_EQ(Box->GetEdit().getWidth(), BOX_WIDTH - Box->GetScrollbar().getWidth());
+  EXPECT_TRUE(Box->GetEdit().HasFocus());
+  EXPECT_EQ(Log.Events.back(), ACTIVATE_EVENT);
+  Type("new");
+  EXPECT_EQ(Box->GetItemText(1), "row 1") << "the row changes only when the edit ends";
+  Box->KeyDown(0xD);
+  EXPECT_FALSE(Box->IsEditing());
+  EXPECT_FALSE(Box->HasChild(&Box->GetEdit()));
+  EXPECT_EQ(Box->GetItemText(1), "new");
+}
+
+TEST_F(ListboxEditTest, WithoutAllowEditADoubleClickOnlyActivates) {
+  Box->SetAllowEdit(false);
+  Box->LeftDouble(10, RowY(1), 0);
+  EXPECT_FALSE(Box->IsEditing());
+  EXPECT_EQ(Log.Events.back(), ACTIVATE_EVENT);
+}
+
+TEST_F(ListboxEditTest, TheEditedRowShowsOnlyTheEdit) {
+  Box->LeftDouble(10, RowY(0), 0);
+  const std::vector<std::string> Lines = Draw(0, 0);
+  const auto Has = [&Lines](const std::string& Line) { return std::find(Lines.begin(), Lines.end(), Line) != Lines.end(); };
+  EXPECT_FALSE(Has(TextLine(3, 3, SkinProperties.Listbox.Item, "row 0"))) << "the row's own text";
+  EXPECT_TRUE(Has(TextLine(3, 3, Box->GetEdit().GetStyle(), "row 0"))) << "the edit's text in its place";
+  for (const std::string& Line : Lines) EXPECT_EQ(Line.find("rgb=88,88,88"), std::string::npos) << Line;
+}
+
+TEST_F(ListboxEditTest, ScrollingWhileARowIsEditedEndsTheEditAtTheNextFrameAndKeepsTheTypedText) {
+  Box->LeftDouble(10, RowY(0), 0);
+  Type("kept");
+  Box->MouseEvent(10, RowY(2), WHEEL_DOWN);
+  EXPECT_TRUE(Box->IsEditing());
+  Draw(0, 0);
+  EXPECT_FALSE(Box->IsEditing());
+  EXPECT_EQ(Box->GetItemText(0), "kept");
+}
+
+TEST_F(ListboxEditTest, AClickOnAnotherRowOrAnArrowKeyEndsTheEdit) {
+  Box->LeftDouble(10, RowY(0), 0);
+  Type("x");
+  Box->LeftDown(10, RowY(2), 0);
+  EXPECT_FALSE(Box->IsEditing());
+  EXPECT_EQ(Box->GetItemText(0), "x");
+  EXPECT_EQ(Box->GetSelected(), 2);
+  Box->LeftDouble(10, RowY(2), 0);
+  Box->KeyDown(KEY_DOWN);
+  EXPECT_FALSE(Box->IsEditing());
+  EXPECT_EQ(Box->GetItemText(2), "row 2");
+  EXPECT_EQ(Box->GetSelected(), 3);
 }
 
 }  // namespace

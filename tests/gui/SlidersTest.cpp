@@ -11,17 +11,16 @@
 #include "core/Exception.h"
 #include "gui/Sliders.h"
 #include "tests/gui/Elements.h"
+#include "platform/Events.h"
 
 namespace {
+
+using namespace platform;
 
 using guitest::FailureOf;
 
 enum : int {
   SLIDER_EVENT = 7,
-  KEY_UP = 0x10C,
-  KEY_LEFT = 0x10D,
-  KEY_RIGHT = 0x10E,
-  KEY_DOWN = 0x10F,
   WHEEL_UP = 1,
   WHEEL_DOWN = 2,
   REPEAT = 6,
