@@ -81,6 +81,19 @@ struct TSkinProperties {
     int Margin = 3;
     int ScrollbarWidth = 12;
   } Listbox;
+  // The side bar's content windows: where the frame puts its children.
+  struct {
+    int SideBarWidth = 176;
+    TSkinPlace Body{4, 15, -4, -4};
+    TSkinPlace Resizer{3, -16, 13, 13};
+    TSkinPlace BottomResizer{0, -4, 0, 0};
+    TSkinPoint CloseButton{-15, 2};
+    TSkinPoint MinimiseButton{-28, 2};
+    TSkinPoint ParentButton{-39, 2};
+    TSkinPlace Icon{4, 2, 12, 12};
+    TSkinPlace Title{20, 4, -41, 10};
+    TextStyle TitleText{4, 144, 144, 144, LEFT_ALIGN};
+  } ContentWindow;
 };
 
 inline constexpr TSkinProperties SkinProperties{};
