@@ -85,8 +85,9 @@ bool CGUIButton::LeftDown(int x, int y, int) {
 
 bool CGUIButton::LeftUp(int x, int y, int) {
   if (!Pressed) return true;
+  const bool Inside = PointerInside;
   ReleaseCapture(nullptr);
-  PointerInside = IsInside(x, y);
+  PointerInside = ReleaseChecksPoint() ? IsInside(x, y) : Inside;
   if (PointerInside) {
     if (RadioButtonGroup != nullptr) RadioButtonGroup->Active = this;
     Click();

@@ -57,6 +57,9 @@ class CGUIButton : public CGUIElement {
   int CurrentSkin() const;
   // Fired on a release over the button, after the group took it.
   virtual void Click();
+  // Whether the release's own point decides if it lies over the button; if
+  // not, the last motion does.
+  virtual bool ReleaseChecksPoint() const { return true; }
   bool IsInside(int x, int y) const { return x >= 0 && x < Width && y >= 0 && y < Height; }
 
   int ButtonUp = 0;
@@ -127,6 +130,7 @@ class TCheckable : public TButton {
     Checked = !Checked;
     this->Target.Fire();
   }
+  bool ReleaseChecksPoint() const override { return false; }
 
  private:
   bool Checked = false;

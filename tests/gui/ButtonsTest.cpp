@@ -267,6 +267,21 @@ TEST_F(ButtonsTest, CheckButtonTogglesBeforeFiringAndStaysDownWhileChecked) {
   EXPECT_TRUE(Button->IsDown());
 }
 
+// A check button takes the last motion's word on where the pointer is; a
+// plain button looks at the release's point.
+TEST_F(ButtonsTest, CheckButtonsJudgeTheReleaseByTheLastMotion) {
+  auto* Plain = Add(std::make_unique<CGUIButton>(UP, DOWN, nullptr, false, 0, 0, TEventTarget{&Listener, 1}));
+  auto* Check = Add(std::make_unique<CGUICheckButton>(UP, DOWN, "on", "off", 0, 100, TEventTarget{&Listener, 2}));
+  for (CGUIButton* Button : {static_cast<CGUIButton*>(Plain), static_cast<CGUIButton*>(Check)}) {
+    const int y = Button->getY();
+    Parent.LeftDown(2, y + 2, 0);
+    Parent.MouseMove(300, y + 2);
+    Parent.LeftUp(2, y + 2, 0);
+  }
+  EXPECT_EQ(Log, (std::vector<std::string>{"listener event 1"}));
+  EXPECT_FALSE(Check->IsChecked());
+}
+
 TEST_F(ButtonsTest, TextCheckButtonToggles) {
   auto* Button = Add(std::make_unique<CGUITextCheckButton>("Mode", "on", "off", 0, 0, TEventTarget{&Listener, 4}));
   Parent.LeftDown(2, 2, 0);
