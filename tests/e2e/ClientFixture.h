@@ -45,9 +45,7 @@ class ClientTest : public ::testing::Test {
     return Windows;
   }
 
-  // The client windows once there are at least Count of them; fewer if they
-  // don't come. A client that starts while a full test run loads both cores
-  // has been seen to take over 20 seconds to show its window.
+  // The client windows once there are at least Count of them; fewer if they don't come.
   std::vector<std::string> WaitForWindows(size_t Count) {
     std::vector<std::string> Found;
     WaitFor(
@@ -55,7 +53,7 @@ class ClientTest : public ::testing::Test {
           Found = ClientWindows();
           return Found.size() >= Count;
         },
-        45s);
+        20s);
     return Found;
   }
 
