@@ -30,7 +30,6 @@ constexpr int FRAME_TOP = 10;
 constexpr int FRAME_LEFT = 12;
 constexpr int FRAME_RIGHT = 11;
 constexpr int FRAME_BOTTOM = 9;
-constexpr int FRAME_ENTRIES = 4;
 
 // The text area lies this far in from every side.
 constexpr int MARGIN = 3;
@@ -105,7 +104,7 @@ void FillEditFrame(std::vector<DrawingListEntry>& DrawingList, int Width, int He
 // --- CGUIEdit ---
 
 CGUIEdit::CGUIEdit(int MaxLength, bool ReadOnly)
-    : CGUIComposite(FRAME_ENTRIES), MaxLength(MaxLength), Style(ReadOnly ? READ_ONLY_STYLE : STYLE),
+    : CGUIComposite(EDIT_FRAME_ENTRIES), MaxLength(MaxLength), Style(ReadOnly ? READ_ONLY_STYLE : STYLE),
       ReadOnly(ReadOnly) {
   Check(MaxLength >= 0, "_MaxLength>=0", {"MaxLength", MaxLength});
 }
@@ -118,6 +117,12 @@ CGUIEdit::CGUIEdit(int X, int Y, int Width, int Height, int MaxLength) : CGUIEdi
 void CGUIEdit::SetSize(int NewWidth, int NewHeight) {
   StoreSize(NewWidth, NewHeight);
   Update();
+}
+
+void PlaceFramedScrollbar(CGUIComposite& Box, CGUIComponent* Bar, int Width) {
+  const int RightWidth = GetSkin(FRAME_RIGHT).width;
+  Box.PlaceChild(Bar, -(RightWidth + Width), GetSkin(FRAME_TOP).height, Width,
+                 Box.getHeight() - GetSkin(FRAME_LEFT).width - RightWidth);
 }
 
 void CGUIEdit::Update() { FillEditFrame(DrawingList, Width, Height); }
@@ -395,9 +400,7 @@ CGUIEditArea::CGUIEditArea(int X, int Y, int Width, int Height, int MaxLength) :
 // Nothing to lay out before the owner gives the area a size.
 void CGUIEditArea::Update() {
   if (Width <= 0 || Height <= 0) return;
-  const int RightWidth = GetSkin(FRAME_RIGHT).width;
-  PlaceChild(Scrollbar, -(RightWidth + Scrollbar->getWidth()), GetSkin(FRAME_TOP).height, Scrollbar->getWidth(),
-             Height - GetSkin(FRAME_LEFT).width - RightWidth);
+  PlaceFramedScrollbar(*this, Scrollbar, Scrollbar->getWidth());
   FieldWidth = Width - 2 * MARGIN - Scrollbar->getWidth();
   FieldHeight = Height - 2 * MARGIN;
   VisibleLines = FieldHeight / LineHeight(Style.Font);

@@ -33,7 +33,10 @@ std::string GetClipboardText(bool SingleLine);
 
 // The frame of edits and list boxes: skins along the top, down the left,
 // down the right and along the bottom. The list needs four entries.
+constexpr int EDIT_FRAME_ENTRIES = 4;
 void FillEditFrame(std::vector<DrawingListEntry>& DrawingList, int Width, int Height);
+// A scroll bar of Width along the right side of such a frame, within it.
+void PlaceFramedScrollbar(CGUIComposite& Box, CGUIComponent* Bar, int Width);
 
 class CGUIEdit : public CGUIComposite {
  public:

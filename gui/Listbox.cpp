@@ -14,16 +14,11 @@ namespace {
 
 using namespace platform;
 
-// The skins of the edit frame that the scroll bar stands within.
-constexpr int FRAME_TOP = 10;
-constexpr int FRAME_LEFT = 12;
-constexpr int FRAME_RIGHT = 11;
-constexpr int FRAME_ENTRIES = 4;
 
 constexpr int EDIT_MAX_LENGTH = 30;
 constexpr int EDIT_HEIGHT = 16;
 
-constexpr int KEY_MODIFIERS = 0xC00;  // Ctrl and Alt; Shift still types a letter
+constexpr int KEY_MODIFIERS = KEY_CTRL | KEY_ALT;  // Shift still types a letter
 constexpr int KEY_CODE_BITS = 0x1FF;
 
 constexpr int WHEEL_UP = 1;
@@ -38,7 +33,7 @@ constexpr int DefaultFont = SkinProperties.Listbox.Item.Font;
 }  // namespace
 
 CGUIListbox::CGUIListbox(TEventTarget SelectTarget, TEventTarget ActivateTarget)
-    : CGUIComposite(FRAME_ENTRIES), SelectTarget(SelectTarget), ActivateTarget(ActivateTarget) {
+    : CGUIComposite(EDIT_FRAME_ENTRIES), SelectTarget(SelectTarget), ActivateTarget(ActivateTarget) {
   auto Bar = std::make_unique<CGUIButtonScrollbar>(0, 0, SkinProperties.Listbox.ScrollbarWidth, 0, SCROLL_STEP);
   Scrollbar = Bar.get();
   AddChildLast(std::move(Bar));
@@ -79,10 +74,7 @@ void CGUIListbox::Update() {
 
 // Along the right side, within the frame, as in the multi-line edit.
 void CGUIListbox::PlaceScrollbar() {
-  const int BarWidth = SkinProperties.Listbox.ScrollbarWidth;
-  const int RightWidth = GetSkin(FRAME_RIGHT).width;
-  PlaceChild(Scrollbar, -(RightWidth + BarWidth), GetSkin(FRAME_TOP).height, BarWidth,
-             Height - GetSkin(FRAME_LEFT).width - RightWidth);
+  PlaceFramedScrollbar(*this, Scrollbar, SkinProperties.Listbox.ScrollbarWidth);
 }
 
 void CGUIListbox::Draw(int Surface, int x, int y) {
