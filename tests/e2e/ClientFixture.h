@@ -2,6 +2,7 @@
 // The real client under a private X server, with a home of its own.
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -54,7 +55,16 @@ class ClientTest : public ::testing::Test {
           return Found.size() >= Count;
         },
         20s);
+    if (Found.size() < Count) ReportWindowTree();
     return Found;
+  }
+
+  // What the X server holds when the client's windows do not show.
+  void ReportWindowTree() const {
+    std::cerr << RunCommand({"sh", "-c",
+                             "echo windows of class KelmoClient, shown or not:; "
+                             "xdotool search --class KelmoClient 2>&1; xwininfo -root -tree 2>&1"},
+                            {"DISPLAY=" + X.Display()});
   }
 
   std::string Xdotool(const std::string& Command, const std::string& Window) const {

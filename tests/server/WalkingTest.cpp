@@ -219,6 +219,24 @@ TEST_F(WalkingTest, StairsLeadDownBelowAndUpOneFieldOn) {
   EXPECT_EQ(Steps.back().To, (TPosition{10, 11, 7}));
 }
 
+TEST_F(WalkingTest, AWayDownLandsEvenWhereACreatureStands) {
+  World->AddPlayer(PLAYER, "Ayla");
+  World->AddPlayer(OTHER, "Borin");
+  World->Walk(OTHER, {{1, 0}, {1, 0}, {1, 0}, {1, 0}, {0, 1}});  // down the stairs first
+  for (int Time = 0; Time <= 3000; Time += 50) World->Tick(Time);
+  ASSERT_EQ(Where(OTHER), (TPosition{15, 11, 8}));
+  World->Walk(PLAYER, {{1, 0}, {1, 0}, {1, 0}, {1, 0}});
+  for (int Time = 3000; Time <= 5000; Time += 50) World->Tick(Time);
+  EXPECT_EQ(Where(PLAYER), (TPosition{15, 11, 8}));
+  EXPECT_EQ(Where(OTHER), (TPosition{15, 11, 8}));
+
+  World->Walk(OTHER, {{-1, 0}});  // but on one floor, a creature still blocks
+  World->Walk(PLAYER, {{0, 1}, {-1, -1}});
+  for (int Time = 5000; Time <= 7000; Time += 50) World->Tick(Time);
+  EXPECT_EQ(Where(OTHER), (TPosition{14, 11, 8}));
+  EXPECT_EQ(Where(PLAYER), (TPosition{15, 12, 8})) << "[14,11,8] is taken";
+}
+
 TEST_F(WalkingTest, AWayUpThatEndsNowhereIsRefused) {
   World->AddPlayer(PLAYER, "Ayla");
   World->Walk(PLAYER, {{1, 0}, {1, 0}, {1, 0}, {1, 0}});

@@ -151,13 +151,16 @@ CXServer::CXServer() {
 }
 
 // Xvfb writes the display number to the descriptor once it accepts clients.
+// It must not reset when its last client leaves: the reset closes every
+// connection that comes in meanwhile, and a test's xdotool calls and a client
+// starting come and go at any moment.
 bool CXServer::StartOn(const std::string& Display) {
   int Pipe[2];
   if (pipe(Pipe) != 0) throw std::runtime_error("pipe failed");
   fcntl(Pipe[0], F_SETFD, FD_CLOEXEC);
   m_Process = std::make_unique<CProcess>(
       std::vector<std::string>{"Xvfb", Display, "-displayfd", std::to_string(Pipe[1]), "-screen",
-                               "0", "1024x768x24", "-nolisten", "tcp"},
+                               "0", "1024x768x24", "-nolisten", "tcp", "-noreset"},
       std::vector<std::string>{}, fs::temp_directory_path());
   close(Pipe[1]);
   std::string Number;

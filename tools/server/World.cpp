@@ -169,7 +169,7 @@ void TGameWorld::TakeStep(TCreature& Walker, std::int64_t Now) {
   const TPosition From = Walker.Position;
   const TPosition Target = Beside(From, Step);
   const TPosition To = Landing(Target, Step);
-  if (!m_Map.IsWalkable(Target) || (To != Target && !m_Map.IsWalkable(To))) {
+  if (!m_Map.IsWalkable(Target) || (To != Target && !m_Map.IsLandable(To))) {
     Walker.Path.clear();
     Notify([&](TWorldListener& Listener) { Listener.StepRefused(Walker); });
     return;

@@ -92,10 +92,14 @@ std::optional<int> TWorldMap::StackOf(const TPosition& Position, std::uint32_t C
 
 bool TWorldMap::IsWalkable(const TPosition& Position) const {
   const TPile& Items = Pile(Position);
+  return IsLandable(Position) && std::none_of(Items.begin(), Items.end(), [](const TItem& Item) { return Item.IsCreature(); });
+}
+
+bool TWorldMap::IsLandable(const TPosition& Position) const {
+  const TPile& Items = Pile(Position);
   if (Items.empty() || static_cast<int>(Items.size()) >= ITEMS_PER_FIELD) return false;
   if (!ItemHas(Items.front(), BANK)) return false;
-  return std::none_of(Items.begin(), Items.end(),
-                      [&](const TItem& Item) { return Item.IsCreature() || ItemHas(Item, UNPASSABLE); });
+  return std::none_of(Items.begin(), Items.end(), [&](const TItem& Item) { return ItemHas(Item, UNPASSABLE); });
 }
 
 }  // namespace server

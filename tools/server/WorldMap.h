@@ -55,6 +55,9 @@ class TWorldMap {
 
   // A ground first, nothing unpassable, no creature, and room for one more.
   bool IsWalkable(const TPosition& Position) const;
+  // The same, but a creature there does not stand in the way: who comes down
+  // a hole or up a stair lands beside whoever stands at the end.
+  bool IsLandable(const TPosition& Position) const;
   const std::map<TPosition, TPile>& Fields() const { return m_Fields; }
 
  private:
