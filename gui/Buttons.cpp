@@ -98,7 +98,7 @@ bool CGUIButton::LeftUp(int x, int y, int) {
 void CGUIButton::Click() { Target.Fire(); }
 
 bool CGUIButton::MouseEvent(int, int, int Code) {
-  if (Code == 6 && AutoRepeat && Pressed && PointerInside) Target.Fire();
+  if (Code == MOUSE_HELD_REPEAT && AutoRepeat && Pressed && PointerInside) Target.Fire();
   return true;
 }
 

@@ -24,7 +24,6 @@ constexpr int KEY_CTRL_C = CTRL | 'c';
 constexpr int KEY_CTRL_V = CTRL | 'v';
 constexpr int KEY_CTRL_X = CTRL | 'x';
 
-enum : int { WHEEL_UP = 1, WHEEL_DOWN = 2 };
 
 constexpr int FRAME_TOP = 10;
 constexpr int FRAME_LEFT = 12;
@@ -494,7 +493,7 @@ void CGUIEditArea::DrawLine(int Surface, int x, int y, int Line) const {
 // The wheel scrolls from anywhere in the field.
 bool CGUIEditArea::MouseEvent(int x, int y, int Code) {
   if (CGUIComposite::MouseEvent(x, y, Code)) return true;
-  if (Code == WHEEL_UP || Code == WHEEL_DOWN) {
+  if (Code == MOUSE_WHEEL_UP || Code == MOUSE_WHEEL_DOWN) {
     Scrollbar->MouseEvent(x - Scrollbar->getX(), y - Scrollbar->getY(), Code);
   }
   return true;

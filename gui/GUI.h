@@ -7,6 +7,9 @@
 #include <string>
 #include <vector>
 
+// What MouseEvent reports besides the buttons.
+enum TMouseEventCode : int { MOUSE_WHEEL_UP = 1, MOUSE_WHEEL_DOWN = 2, MOUSE_HELD_REPEAT = 6 };
+
 class CGUIComponent;
 class CGUIComposite;
 
@@ -79,7 +82,7 @@ class CGUIComponent {
   // Counts as one more press unless a class says otherwise.
   virtual bool LeftDouble(int x, int y, int Flags);
   virtual bool RightUp(int x, int y, int Flags);
-  // Code 1 wheel up, 2 wheel down, 6 repeat of a held left button.
+  // Code is one of TMouseEventCode.
   virtual bool MouseEvent(int x, int y, int Code);
   // The mouse has rested here; an element answers by setting the tooltip.
   virtual void Hover(int x, int y);

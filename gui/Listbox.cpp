@@ -21,8 +21,6 @@ constexpr int EDIT_HEIGHT = 16;
 constexpr int KEY_MODIFIERS = KEY_CTRL | KEY_ALT;  // Shift still types a letter
 constexpr int KEY_CODE_BITS = 0x1FF;
 
-constexpr int WHEEL_UP = 1;
-constexpr int WHEEL_DOWN = 2;
 
 constexpr int SCROLL_STEP = 1;
 constexpr int MINIMUM_ROWS = 2;
@@ -154,7 +152,7 @@ void CGUIListbox::Hover(int x, int y) {
 // The wheel scrolls from anywhere in the box.
 bool CGUIListbox::MouseEvent(int x, int y, int Code) {
   if (CGUIComposite::MouseEvent(x, y, Code)) return true;
-  if (Code == WHEEL_UP || Code == WHEEL_DOWN) {
+  if (Code == MOUSE_WHEEL_UP || Code == MOUSE_WHEEL_DOWN) {
     Scrollbar->MouseEvent(x - Scrollbar->getX(), y - Scrollbar->getY(), Code);
   }
   return true;

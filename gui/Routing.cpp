@@ -146,8 +146,8 @@ void RightUpEvent(int x, int y, int Flags) {
 void WheelEvent(int Delta) {
   Mouse.WheelSum += Delta;
   while (Mouse.WheelSum >= WHEEL_NOTCH || Mouse.WheelSum <= -WHEEL_NOTCH) {
-    const int Code = Mouse.WheelSum > 0 ? 1 : 2;
-    Mouse.WheelSum += Code == 1 ? -WHEEL_NOTCH : WHEEL_NOTCH;
+    const int Code = Mouse.WheelSum > 0 ? MOUSE_WHEEL_UP : MOUSE_WHEEL_DOWN;
+    Mouse.WheelSum += Code == MOUSE_WHEEL_UP ? -WHEEL_NOTCH : WHEEL_NOTCH;
     if (GetActionState() == ACTIONSTATE_LENS_HELP) continue;
     if (ModalState()) {
       GetModalWindow()->MouseEvent(ModalX(Mouse.MouseX), ModalY(Mouse.MouseY), Code);

@@ -38,12 +38,6 @@ constexpr int SLIDER_PAGE_SIZE = 11;
 // Track and the knob's start, middle and end.
 constexpr int KNOB_ENTRIES = 4;
 
-enum : int {
-  WHEEL_UP = 1,
-  WHEEL_DOWN = 2,
-  HELD_BUTTON_REPEAT = 6,
-};
-
 [[noreturn]] void UnknownEvent(int Event) { ThrowException("unknown event", {{"Event", std::to_string(Event)}}); }
 
 template <typename T>
@@ -165,11 +159,11 @@ void CGUIKnobTrack::StepBesideKnob(int p) {
 
 bool CGUIKnobTrack::MouseEvent(int x, int y, int Code) {
   if (!Active) return true;
-  if (Code == WHEEL_UP) {
+  if (Code == MOUSE_WHEEL_UP) {
     ChangeValue(Value - Step);
-  } else if (Code == WHEEL_DOWN) {
+  } else if (Code == MOUSE_WHEEL_DOWN) {
     ChangeValue(Value + Step);
-  } else if (Code == HELD_BUTTON_REPEAT && Held && !DraggingKnob && IsOnWidget(x, y)) {
+  } else if (Code == MOUSE_HELD_REPEAT && Held && !DraggingKnob && IsOnWidget(x, y)) {
     StepBesideKnob(Along(x, y));
   }
   return true;

@@ -136,16 +136,16 @@ TEST_F(ButtonsTest, DisablingDuringAPressDoesNotCancelIt) {
 TEST_F(ButtonsTest, RepeatEventsFireOnlyWhileAnAutoRepeatButtonIsHeldInside) {
   auto* Repeating = Add(std::make_unique<CGUIButton>(UP, DOWN, nullptr, true, 10, 10, TEventTarget{&Listener, 1}));
   auto* Plain = Add(std::make_unique<CGUIButton>(UP, DOWN, nullptr, false, 10, 100, TEventTarget{&Listener, 2}));
-  EXPECT_TRUE(Repeating->MouseEvent(2, 2, 6));
+  EXPECT_TRUE(Repeating->MouseEvent(2, 2, MOUSE_HELD_REPEAT));
   EXPECT_TRUE(Log.empty()) << "not pressed";
   Parent.LeftDown(12, 12, 0);
-  Parent.MouseEvent(12, 12, 6);
-  Parent.MouseEvent(12, 12, 1);
+  Parent.MouseEvent(12, 12, MOUSE_HELD_REPEAT);
+  Parent.MouseEvent(12, 12, MOUSE_WHEEL_UP);
   Parent.MouseMove(300, 12);
-  Parent.MouseEvent(300, 12, 6);
+  Parent.MouseEvent(300, 12, MOUSE_HELD_REPEAT);
   Parent.LeftUp(300, 12, 0);
   Parent.LeftDown(12, 102, 0);
-  Parent.MouseEvent(12, 102, 6);
+  Parent.MouseEvent(12, 102, MOUSE_HELD_REPEAT);
   Parent.LeftUp(12, 102, 0);
   EXPECT_EQ(Log, (std::vector<std::string>{"listener event 1", "listener event 2"}));
   EXPECT_FALSE(Plain->IsPressed());

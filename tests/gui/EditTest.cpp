@@ -405,7 +405,7 @@ TEST_F(EditAreaTest, PointsGiveLinePositionsAndTheWheelScrollsFromTheField) {
   EXPECT_EQ(Area.PositionFromPoint(FieldRight + 2, 4), 5) << "right of the field: the last shown line's end";
   EXPECT_EQ(Area.PositionFromPoint(1, 1), 0);
   EXPECT_EQ(Area.PositionFromPoint(4, Area.getHeight() - 1), 5);
-  Area.MouseEvent(5, 5, 2);
+  Area.MouseEvent(5, 5, MOUSE_WHEEL_DOWN);
   EXPECT_EQ(Bar(), 1);
   EXPECT_EQ(Area.PositionFromPoint(1, 1), 2);
 }

@@ -31,10 +31,6 @@ using guitest::FailureOf;
 enum : int {
   SELECT_EVENT = 11,
   ACTIVATE_EVENT = 12,
-  SHIFT = 0x200,
-  CTRL = 0x400,
-  WHEEL_UP = 1,
-  WHEEL_DOWN = 2,
 };
 
 constexpr int BOX_WIDTH = 150;
@@ -113,8 +109,8 @@ TEST_F(ListboxTest, BarRangeFollowsTheRowsAndKeepsItsValue) {
   const CGUIScrollbar& Bar = Box->GetScrollbar().GetScrollbar();
   EXPECT_EQ(Bar.GetMax(), 10 - SHOWN_ROWS);
   EXPECT_EQ(Bar.GetPageSize(), SHOWN_ROWS);
-  Box->MouseEvent(20, 20, WHEEL_DOWN);
-  Box->MouseEvent(20, 20, WHEEL_DOWN);
+  Box->MouseEvent(20, 20, MOUSE_WHEEL_DOWN);
+  Box->MouseEvent(20, 20, MOUSE_WHEEL_DOWN);
   Box->AddItem("another");
   EXPECT_EQ(Bar.GetValue(), 2);
   EXPECT_EQ(Bar.GetMax(), 11 - SHOWN_ROWS);
@@ -143,10 +139,10 @@ TEST_F(ListboxTest, RowAtAPoint) {
   EXPECT_EQ(Box->RowAt(RowY(3)), 3);
   // Beyond the shown rows there is no row, although the list goes on.
   EXPECT_EQ(Box->RowAt(RowY(4)), -1);
-  Box->MouseEvent(20, 20, WHEEL_DOWN);
+  Box->MouseEvent(20, 20, MOUSE_WHEEL_DOWN);
   EXPECT_EQ(Box->RowAt(RowY(0)), 1);
-  Box->MouseEvent(20, 20, WHEEL_DOWN);
-  Box->MouseEvent(20, 20, WHEEL_DOWN);
+  Box->MouseEvent(20, 20, MOUSE_WHEEL_DOWN);
+  Box->MouseEvent(20, 20, MOUSE_WHEEL_DOWN);
   EXPECT_EQ(BarValue(), 2);
   EXPECT_EQ(Box->RowAt(RowY(3)), 5);
 }
@@ -195,15 +191,15 @@ TEST_F(ListboxTest, ClickOnTheBarIsTheBarsOwn) {
 TEST_F(ListboxTest, WheelMovesStepRowsAndLeavesTheSelection) {
   AddRows(10);
   Box->SetSelected(1);
-  Box->MouseEvent(20, RowY(1), WHEEL_DOWN);
-  Box->MouseEvent(20, RowY(1), WHEEL_DOWN);
+  Box->MouseEvent(20, RowY(1), MOUSE_WHEEL_DOWN);
+  Box->MouseEvent(20, RowY(1), MOUSE_WHEEL_DOWN);
   EXPECT_EQ(BarValue(), 2);
-  Box->MouseEvent(20, RowY(1), WHEEL_UP);
+  Box->MouseEvent(20, RowY(1), MOUSE_WHEEL_UP);
   EXPECT_EQ(BarValue(), 1);
   EXPECT_EQ(Box->GetSelected(), 1);
   EXPECT_TRUE(Log.Events.empty());
-  Box->MouseEvent(20, RowY(1), WHEEL_UP);
-  Box->MouseEvent(20, RowY(1), WHEEL_UP);
+  Box->MouseEvent(20, RowY(1), MOUSE_WHEEL_UP);
+  Box->MouseEvent(20, RowY(1), MOUSE_WHEEL_UP);
   EXPECT_EQ(BarValue(), 0);
 }
 
@@ -239,14 +235,14 @@ TEST_F(ListboxTest, LetterSelectsTheFirstRowFromItOn) {
   EXPECT_EQ(Box->GetSelected(), 2);
   Box->KeyDown('B');
   EXPECT_EQ(Box->GetSelected(), 1);
-  Box->KeyDown(SHIFT | 'D');
+  Box->KeyDown(KEY_SHIFT | 'D');
   EXPECT_EQ(Box->GetSelected(), 3);
   Box->KeyDown('e');
   EXPECT_EQ(Box->GetSelected(), 4);
   EXPECT_EQ(BarValue(), 4 - SHOWN_ROWS + 1);
   // Beyond all rows, with Ctrl, or no letter: the selection stays.
   Box->KeyDown('z');
-  Box->KeyDown(CTRL | 'a');
+  Box->KeyDown(KEY_CTRL | 'a');
   Box->KeyDown('3');
   EXPECT_EQ(Box->GetSelected(), 4);
   EXPECT_EQ(Log.Events.size(), 7u);
@@ -295,7 +291,7 @@ TEST_F(ListboxTest, DrawsBackgroundFrameBarThenTheShownRows) {
   const TextStyle Item = SkinProperties.Listbox.Item;
   for (const char* Name : {"alpha", "beta", "gamma", "delta", "epsilon", "zeta"}) Box->AddItem(Name);
   Box->SetItem(2, "gamma", SkinProperties.Listbox.WarningItem);
-  Box->MouseEvent(20, 20, WHEEL_DOWN);
+  Box->MouseEvent(20, 20, MOUSE_WHEEL_DOWN);
   const std::vector<std::string> Lines = Draw(40, 30);
   ASSERT_FALSE(Lines.empty());
   EXPECT_EQ(Lines.front(), RectLine(40, 30, BOX_WIDTH, SHOWN_ROWS * H + 6, 64));
@@ -388,7 +384,7 @@ TEST_F(ListboxEditTest, TheEditedRowShowsOnlyTheEdit) {
 TEST_F(ListboxEditTest, ScrollingWhileARowIsEditedEndsTheEditAtTheNextFrameAndKeepsTheTypedText) {
   Box->LeftDouble(10, RowY(0), 0);
   Type("kept");
-  Box->MouseEvent(10, RowY(2), WHEEL_DOWN);
+  Box->MouseEvent(10, RowY(2), MOUSE_WHEEL_DOWN);
   EXPECT_TRUE(Box->IsEditing());
   Draw(0, 0);
   EXPECT_FALSE(Box->IsEditing());

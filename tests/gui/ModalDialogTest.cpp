@@ -13,6 +13,7 @@
 #include "gui/Buttons.h"
 #include "gui/Routing.h"
 #include "gui/TextRectangle.h"
+#include "platform/Events.h"
 #include "gui/Widgets.h"
 #include "tests/gui/Elements.h"
 #include "tests/gui/WidgetFixture.h"
@@ -20,9 +21,9 @@
 namespace {
 
 using namespace guitest;
+using platform::KEY_ENTER;
+using platform::KEY_ESCAPE;
 
-constexpr int ENTER = 0x0D;
-constexpr int ESCAPE = 0x1B;
 constexpr int DIALOG_MESSAGE = 20;
 constexpr int MENU_MESSAGE = 70;
 constexpr int BUTTON_UP = 13;
@@ -269,13 +270,13 @@ TEST_F(ModalDialogTest, AnyEventOfTheFrameAsksForClosingButDoesNotDelete) {
 TEST_F(ModalDialogTest, EnterAndEscapeCloseAndOtherKeysReachTheBody) {
   Open(Make(100, 50));
   KeyEvent('a');
-  KeyEvent(ENTER | 0x200);
+  KeyEvent(KEY_ENTER | platform::KEY_SHIFT);
   EXPECT_EQ(Log, (std::vector<std::string>{"body key 97", "body key 525"}));
   EXPECT_NE(GetModalWindow(), nullptr);
-  KeyEvent(ENTER);
+  KeyEvent(KEY_ENTER);
   EXPECT_EQ(GetModalWindow(), nullptr);
   Open(Make(100, 50));
-  KeyEvent(ESCAPE);
+  KeyEvent(KEY_ESCAPE);
   EXPECT_EQ(GetModalWindow(), nullptr);
   EXPECT_EQ(GetActionState(), ACTIONSTATE_NONE);
 }
@@ -283,7 +284,7 @@ TEST_F(ModalDialogTest, EnterAndEscapeCloseAndOtherKeysReachTheBody) {
 TEST_F(ModalDialogTest, EnterWithoutAnOkButtonReachesTheBody) {
   auto* Dialog = Open(Make(100, 50));
   Dialog->SetOkButton(nullptr, 0, 0, nullptr, 0);
-  KeyEvent(ENTER);
+  KeyEvent(KEY_ENTER);
   EXPECT_EQ(Log, std::vector<std::string>{"body key 13"});
   EXPECT_EQ(GetModalWindow(), Dialog);
 }
@@ -291,7 +292,7 @@ TEST_F(ModalDialogTest, EnterWithoutAnOkButtonReachesTheBody) {
 TEST_F(ModalDialogTest, NoTargetBehindARealOkButtonSendsEnterToTheBody) {
   auto* Dialog = Open(Make(100, 50));
   Dialog->SetOkTarget(NoTarget);
-  KeyEvent(ENTER);
+  KeyEvent(KEY_ENTER);
   EXPECT_EQ(Log, std::vector<std::string>{"body key 13"});
   EXPECT_EQ(GetModalWindow(), Dialog);
   ClickOn(*Dialog->GetOkButton());
@@ -301,7 +302,7 @@ TEST_F(ModalDialogTest, NoTargetBehindARealOkButtonSendsEnterToTheBody) {
 TEST_F(ModalDialogTest, EscapeWithoutACancelButtonStillCloses) {
   auto* Dialog = Open(Make(100, 50));
   Dialog->SetCancelButton(nullptr, nullptr, 0);
-  KeyEvent(ESCAPE);
+  KeyEvent(KEY_ESCAPE);
   EXPECT_EQ(GetModalWindow(), nullptr);
 }
 
@@ -309,7 +310,7 @@ TEST_F(ModalDialogTest, ABodyThatTakesOkMayKeepTheDialogOpen) {
   auto* Dialog = Open(Make(100, 50));
   CGUIComponent* Body = &Dialog->GetDialog();
   Dialog->SetOkButton("Ok", BUTTON_UP, 14, Body, CGUIModalDialog::OK_EVENT);
-  KeyEvent(ENTER);
+  KeyEvent(KEY_ENTER);
   EXPECT_EQ(Log, std::vector<std::string>{"body event 1"});
   EXPECT_EQ(GetActionState(), ACTIONSTATE_MODAL);
   EXPECT_EQ(GetModalWindow(), Dialog);

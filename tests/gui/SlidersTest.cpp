@@ -21,9 +21,6 @@ using guitest::FailureOf;
 
 enum : int {
   SLIDER_EVENT = 7,
-  WHEEL_UP = 1,
-  WHEEL_DOWN = 2,
-  REPEAT = 6,
 };
 
 // Notes the slider's value each time its target fires.
@@ -146,7 +143,7 @@ TEST_F(SliderTest, EqualEndsMakeItInactive) {
   Slider->LeftDown(90, 6, 0);
   EXPECT_EQ(Parent.GetCapture(), nullptr);
   Slider->LeftUp(90, 6, 0);
-  Slider->MouseEvent(5, 5, WHEEL_DOWN);
+  Slider->MouseEvent(5, 5, MOUSE_WHEEL_DOWN);
   Slider->KeyDown(KEY_RIGHT);
   Slider->KeyDown('x');
   EXPECT_EQ(Slider->GetValue(), 5);
@@ -231,25 +228,25 @@ TEST_F(SliderTest, ReleaseOffTheWidgetDoesNotStep) {
 
 TEST_F(SliderTest, RepeatOfAHeldButtonStepsBesideTheKnobOnly) {
   Slider->SetRange(0, 20, 0);
-  Slider->MouseEvent(95, 6, REPEAT);
+  Slider->MouseEvent(95, 6, MOUSE_HELD_REPEAT);
   EXPECT_EQ(Slider->GetValue(), 0);
   Slider->LeftDown(95, 6, 0);
-  Slider->MouseEvent(95, 6, REPEAT);
-  Slider->MouseEvent(95, 6, REPEAT);
+  Slider->MouseEvent(95, 6, MOUSE_HELD_REPEAT);
+  Slider->MouseEvent(95, 6, MOUSE_HELD_REPEAT);
   EXPECT_EQ(Slider->GetValue(), 2);
   Slider->LeftUp(Slider->GetKnobPosition(), 6, 0);
   Slider->LeftDown(Slider->GetKnobPosition() + 1, 6, 0);
-  Slider->MouseEvent(95, 6, REPEAT);
+  Slider->MouseEvent(95, 6, MOUSE_HELD_REPEAT);
   EXPECT_EQ(Slider->GetValue(), 2);
 }
 
 TEST_F(SliderTest, WheelAndKeysMoveByStepWithinTheRange) {
   Slider->SetRange(0, 20, 10);
   Slider->SetStep(3);
-  Slider->MouseEvent(0, 0, WHEEL_DOWN);
+  Slider->MouseEvent(0, 0, MOUSE_WHEEL_DOWN);
   EXPECT_EQ(Slider->GetValue(), 13);
-  Slider->MouseEvent(0, 0, WHEEL_UP);
-  Slider->MouseEvent(0, 0, WHEEL_UP);
+  Slider->MouseEvent(0, 0, MOUSE_WHEEL_UP);
+  Slider->MouseEvent(0, 0, MOUSE_WHEEL_UP);
   EXPECT_EQ(Slider->GetValue(), 7);
   Slider->KeyDown(KEY_RIGHT);
   EXPECT_EQ(Slider->GetValue(), 10);
@@ -326,8 +323,8 @@ TEST(ButtonSliderTest, EventsKeysAndWheelReachTheSlider) {
   Composite.KeyDown(KEY_RIGHT);
   EXPECT_EQ(Composite.GetSlider().GetValue(), 5);
   // Over the slider, and where no child is.
-  Composite.MouseEvent(50, 6, WHEEL_DOWN);
-  Composite.MouseEvent(-20, -20, WHEEL_DOWN);
+  Composite.MouseEvent(50, 6, MOUSE_WHEEL_DOWN);
+  Composite.MouseEvent(-20, -20, MOUSE_WHEEL_DOWN);
   EXPECT_EQ(Composite.GetSlider().GetValue(), 7);
   EXPECT_EQ(Log.Values, (std::vector<int>{6, 5, 4, 5, 6, 7}));
   EXPECT_EQ(FailureOf([&] { Composite.OnEvent(3); }), "unknown event");
@@ -368,9 +365,9 @@ TEST(ButtonScrollbarTest, ArrowEventsKeysAndWheelUseTheStep) {
   EXPECT_EQ(Bar.GetValue(), 2);
   Composite.KeyDown(KEY_DOWN);
   EXPECT_EQ(Bar.GetValue(), 4);
-  Composite.MouseEvent(-50, 500, WHEEL_DOWN);
-  Composite.MouseEvent(-50, 500, WHEEL_DOWN);
-  Composite.MouseEvent(-50, 500, WHEEL_DOWN);
+  Composite.MouseEvent(-50, 500, MOUSE_WHEEL_DOWN);
+  Composite.MouseEvent(-50, 500, MOUSE_WHEEL_DOWN);
+  Composite.MouseEvent(-50, 500, MOUSE_WHEEL_DOWN);
   EXPECT_EQ(Bar.GetValue(), 9);
   EXPECT_EQ(FailureOf([&] { Composite.OnEvent(5); }), "unknown event");
 }

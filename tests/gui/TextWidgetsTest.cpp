@@ -88,7 +88,7 @@ TEST_F(TextRectangleTest, NeverTakesTheMouse) {
   CGUITextRectangle Text(STYLE, "text", 0, 0);
   EXPECT_FALSE(Text.LeftDown(1, 1, 0));
   EXPECT_FALSE(Text.RightUp(1, 1, 0));
-  EXPECT_FALSE(Text.MouseEvent(1, 1, 1));
+  EXPECT_FALSE(Text.MouseEvent(1, 1, MOUSE_WHEEL_UP));
 }
 
 using WrappingTextTest = guitest::CWidgetTest;
